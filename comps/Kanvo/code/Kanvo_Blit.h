@@ -1,0 +1,187 @@
+// Kanvo_Blit: the portable workers of the unscaled blits and of the rectangle fill. Called by the entries in
+// Kanvo_BitmapARGB32*.cpp with clipped rectangles; each brings a rule for one pixel to the walk of Kanvo_BlitScan.
+#ifndef KANVO_BLIT_H
+#define KANVO_BLIT_H
+
+#include "Kanvo_BitmapA8.h"
+#include "Kanvo_BitmapRGB32.h"
+#include "Kanvo_BitmapRGB565.h"
+#include "Kanvo_BlitScan.h"
+#include "Kanvo_PixelARGB32_Access.h"
+#include "rows.h"
+#include "Trak_Counters.h"
+
+//! Static methods over a source and a destination format, each given as pixel type, pointer type and access policy.
+//! (uiX1, uiY1) is the source origin, (uiX2, uiY2) the destination origin; both rectangles lie inside their bitmaps.
+//! pvBase is the destination's buffer and not otherwise used.
+template <class SrcPixel, class SrcOffset, class Src, class DstPixel, class DstOffset, class Dst>
+class Kanvo_Blit
+{
+public:
+    //! Copies rows of equal formats, whole.
+    static void Blit_Cpy(const Kanvo_Bitmap* pkSource, Kanvo_Bitmap* pkDest, void* /*pvBase*/, Tov_UInt uiWidth,
+                         Tov_UInt uiHeight, Tov_UInt uiX1, Tov_UInt uiY1, Tov_UInt uiX2, Tov_UInt uiY2,
+                         Tov_UInt uiBytesPerPixel)
+    {
+        const Trak_PerfScope kScope(g_kPerf_Blit_CPY);
+
+        SrcOffset kSrcLine;
+        DstOffset kDstLine;
+        Src::GetOffset(pkSource, uiX1, uiY1, kSrcLine);
+        Dst::GetOffset(pkDest, uiX2, uiY2, kDstLine);
+        const auto uiPixels = uiWidth * uiBytesPerPixel / static_cast<Tov_UInt>(sizeof(DstPixel));
+        for (Tov_UInt uiY = 0; uiY < uiHeight; ++uiY)
+        {
+            Kanvo_RowsReference::Copy(kDstLine, kSrcLine, uiPixels);
+            Src::IncY(pkSource, kSrcLine);
+            Dst::IncY(pkDest, kDstLine);
+        }
+    }
+
+    //! Copies, or below full opacity blends by the source's alpha times ubAlpha. With BLIT_COLORKEY pixels of the key's
+    //! colour are left out.
+    static void Blit_Int(const Kanvo_Bitmap* pkSource, Kanvo_Bitmap* pkDest, void* pvBase, Tov_UInt uiWidth,
+                         Tov_UInt uiHeight, Tov_UInt uiX1, Tov_UInt uiY1, Tov_UInt uiX2, Tov_UInt uiY2,
+                         Tov_Flag ulFlags, Tov_UByte ubAlpha, Kanvo_Color cColorKey)
+    {
+        const auto pfnBlit = (ulFlags & BLIT_COLORKEY) != 0 ? &Blit_Int<true> : &Blit_Int<false>;
+        pfnBlit(pkSource, pkDest, pvBase, uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2, ubAlpha, cColorKey);
+    }
+
+    template <bool KEYED>
+    static void Blit_Int(const Kanvo_Bitmap* pkSource, Kanvo_Bitmap* pkDest, void* /*pvBase*/, Tov_UInt uiWidth,
+                         Tov_UInt uiHeight, Tov_UInt uiX1, Tov_UInt uiY1, Tov_UInt uiX2, Tov_UInt uiY2,
+                         Tov_UByte ubAlpha, Kanvo_Color cColorKey)
+    {
+        const Trak_PerfScope kScope(g_kPerf_Blit_INT);
+        const Kanvo_BlitRect kRect{uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2};
+        const Kanvo_Color    cKey = Src::ColorToPixel(cColorKey);
+        if (ubAlpha != 255)
+        {
+            Scan<KEYED>(pkSource, pkDest, kRect, cKey,
+                        [ubAlpha](SrcOffset kSrc, DstOffset kDst)
+                        { Dst::BlendPixelSrcAlpha(kDst, Src::GetPixel(kSrc), ubAlpha); });
+        }
+        else
+        {
+            Scan<KEYED>(pkSource, pkDest, kRect, cKey,
+                        [](SrcOffset kSrc, DstOffset kDst) { Dst::PutPixel(kDst, Src::GetPixel(kSrc)); });
+        }
+    }
+
+    //! Converts through red, green and blue: stores opaque pixels, or below full opacity blends by the source's alpha
+    //! times ubAlpha. With BLIT_COLORKEY pixels whose colour equals the key, as it was passed, are left out.
+    static void Blit_RGB(const Kanvo_Bitmap* pkSource, Kanvo_Bitmap* pkDest, void* pvBase, Tov_UInt uiWidth,
+                         Tov_UInt uiHeight, Tov_UInt uiX1, Tov_UInt uiY1, Tov_UInt uiX2, Tov_UInt uiY2,
+                         Tov_Flag ulFlags, Tov_UByte ubAlpha, Kanvo_Color cColorKeySrcFormat)
+    {
+        const auto pfnBlit = (ulFlags & BLIT_COLORKEY) != 0 ? &Blit_RGB<true> : &Blit_RGB<false>;
+        pfnBlit(pkSource, pkDest, pvBase, uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2, ubAlpha, cColorKeySrcFormat);
+    }
+
+    template <bool KEYED>
+    static void Blit_RGB(const Kanvo_Bitmap* pkSource, Kanvo_Bitmap* pkDest, void* /*pvBase*/, Tov_UInt uiWidth,
+                         Tov_UInt uiHeight, Tov_UInt uiX1, Tov_UInt uiY1, Tov_UInt uiX2, Tov_UInt uiY2,
+                         Tov_UByte ubAlpha, Kanvo_Color cColorKeySrcFormat)
+    {
+        const Trak_PerfScope kScope(g_kPerf_Blit_RGB);
+        const Kanvo_BlitRect kRect{uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2};
+        if (ubAlpha != 255)
+        {
+            // KEPT: below full opacity the stored top byte of an RGB32 pixel counts as its alpha.
+            // Test: BelowFullOpacityTheTopByteOfRGB32CountsAsAlpha.
+            Scan<KEYED>(pkSource, pkDest, kRect, cColorKeySrcFormat,
+                        [ubAlpha](SrcOffset kSrc, DstOffset kDst)
+                        {
+                            const SrcPixel pxSrc = Src::GetPixel(kSrc);
+                            const DstPixel pxNew =
+                                Dst::ColorAndAlphaToPixel(ConvertOpaque(pxSrc), Src::AlphaFromPixel(pxSrc));
+                            Dst::BlendPixelSrcAlpha(kDst, pxNew, ubAlpha);
+                        });
+        }
+        else
+        {
+            Scan<KEYED>(pkSource, pkDest, kRect, cColorKeySrcFormat,
+                        [](SrcOffset kSrc, DstOffset kDst)
+                        { Dst::PutPixel(kDst, ConvertOpaque(Src::GetPixel(kSrc))); });
+        }
+    }
+
+    //! Mixes one colour in, with the source's alpha times ubAlpha as coverage.
+    static void Blit_ColorInt(const Kanvo_Bitmap* pkAlpha, Kanvo_Bitmap* pkDest, void* /*pvBase*/, Tov_UInt uiWidth,
+                              Tov_UInt uiHeight, Tov_UInt uiX1, Tov_UInt uiY1, Tov_UInt uiX2, Tov_UInt uiY2,
+                              Kanvo_ColorARGB32 cCol, Tov_UByte ubAlpha)
+    {
+        const Trak_PerfScope kScope(g_kPerf_Blit_COLORINT);
+        const Kanvo_BlitRect kRect{uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2};
+        Scan<false>(pkAlpha, pkDest, kRect, 0,
+                    [cCol, ubAlpha](SrcOffset kSrc, DstOffset kDst)
+                    {
+                        const Tov_UByte ubCover = Kanvo_MulByte(Src::AlphaFromPixel(Src::GetPixel(kSrc)), ubAlpha);
+                        MixInto(kDst, cCol, ubCover);
+                    });
+    }
+
+    //! Fills a rectangle: an opaque colour is stored, any other mixed in by its own alpha, 0 included.
+    static void Fill_Color(Kanvo_Bitmap* pkDest, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UInt uiX1, Tov_UInt uiY1,
+                           Kanvo_ColorARGB32 cCol)
+    {
+        const Trak_PerfScope kScope(g_kPerf_Blit_FILLRECT);
+        const auto           ubAlpha = static_cast<Tov_UByte>(cCol >> 24);
+        const DstPixel       pxColor = Dst::PixelFromColorARGB32(cCol);
+
+        DstOffset kLine;
+        Dst::GetOffset(pkDest, uiX1, uiY1, kLine);
+        for (Tov_UInt uiY = 0; uiY < uiHeight; ++uiY)
+        {
+            DstOffset kDst = kLine;
+            if (ubAlpha == 255)
+            {
+                Dst::PutSpan(kDst, pxColor, static_cast<Tov_Int>(uiWidth));
+            }
+            else
+            {
+                for (Tov_UInt uiX = 0; uiX < uiWidth; ++uiX)
+                {
+                    MixInto(kDst, cCol, ubAlpha);
+                    Dst::IncX(pkDest, kDst);
+                }
+            }
+            Dst::IncY(pkDest, kLine);
+        }
+    }
+
+private:
+    template <bool KEYED, class Rule>
+    static KANVO_INLINE void Scan(const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
+                                  Kanvo_Color cKey, Rule kRule)
+    {
+        if constexpr (KEYED)
+        {
+            Kanvo_BlitScan<Src, Dst>(pkSource, pkDest, kRect, Kanvo_UnlessKey<Src, Rule>{kRule, cKey});
+        }
+        else
+        {
+            Kanvo_BlitScan<Src, Dst>(pkSource, pkDest, kRect, kRule);
+        }
+    }
+
+    static KANVO_INLINE DstPixel ConvertOpaque(SrcPixel pxSrc)
+    {
+        return Dst::PixelFromRGB(Src::RedFromPixel(pxSrc), Src::GreenFromPixel(pxSrc), Src::BlueFromPixel(pxSrc));
+    }
+
+    static KANVO_INLINE void MixInto(DstOffset kDst, Kanvo_ColorARGB32 cCol, Tov_UByte ubAlpha)
+    {
+        const Kanvo_ColorARGB32 clDst = Dst::ColorARGB32FromPixel(Dst::GetPixel(kDst));
+        Dst::PutPixel(kDst, Dst::PixelFromColorARGB32(KanvoBlit_MixLinear(clDst, cCol, ubAlpha)));
+    }
+};
+
+#define KANVO_TO_ARGB32 Kanvo_PixelARGB32, Kanvo_OffsetARGB32, Kanvo_PixelARGB32_Access
+using Kanvo_BlitARGB32 = Kanvo_Blit<KANVO_TO_ARGB32, KANVO_TO_ARGB32>;
+using Kanvo_BlitRGB32  = Kanvo_Blit<Kanvo_PixelRGB32, Kanvo_OffsetRGB32, Kanvo_PixelRGB32_Access, KANVO_TO_ARGB32>;
+using Kanvo_BlitRGB565 = Kanvo_Blit<Kanvo_PixelRGB565, Kanvo_OffsetRGB565, Kanvo_PixelRGB565_Access, KANVO_TO_ARGB32>;
+using Kanvo_BlitA8     = Kanvo_Blit<Kanvo_PixelA8, Kanvo_OffsetA8, Kanvo_PixelA8_Access, KANVO_TO_ARGB32>;
+
+#endif

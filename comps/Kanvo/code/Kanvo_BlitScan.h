@@ -1,0 +1,61 @@
+// Kanvo_BlitScan: the walk of every axis-aligned blit, written once: rows from top to bottom, pixels from left to right,
+// source and destination in step. What happens to a pixel is the rule's business; Kanvo_Blit brings the rules.
+#ifndef KANVO_BLITSCAN_H
+#define KANVO_BLITSCAN_H
+
+#include "Kanvo_ColorMath.h"
+
+//! A blit's rectangle, clipped: the same size at both ends.
+struct Kanvo_BlitRect
+{
+    Tov_UInt uiWidth;
+    Tov_UInt uiHeight;
+    Tov_UInt uiSrcX;
+    Tov_UInt uiSrcY;
+    Tov_UInt uiDstX;
+    Tov_UInt uiDstY;
+};
+
+//! Calls kRule(source offset, destination offset) for each pixel of the rectangle. Src and Dst are pixel policies. The
+//! rule travels by value and the walk is forced inline, so that the loop is the one a hand would write.
+template <class Src, class Dst, class Rule>
+KANVO_INLINE void Kanvo_BlitScan(const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
+                                 Rule kRule)
+{
+    typename Src::Offset kSrcLine;
+    typename Dst::Offset kDstLine;
+    Src::GetOffset(pkSource, kRect.uiSrcX, kRect.uiSrcY, kSrcLine);
+    Dst::GetOffset(pkDest, kRect.uiDstX, kRect.uiDstY, kDstLine);
+    for (Tov_UInt uiY = 0; uiY < kRect.uiHeight; ++uiY)
+    {
+        typename Src::Offset kSrc = kSrcLine;
+        typename Dst::Offset kDst = kDstLine;
+        for (Tov_UInt uiX = 0; uiX < kRect.uiWidth; ++uiX)
+        {
+            kRule(kSrc, kDst);
+            Src::IncX(pkSource, kSrc);
+            Dst::IncX(pkDest, kDst);
+        }
+        Src::IncY(pkSource, kSrcLine);
+        Dst::IncY(pkDest, kDstLine);
+    }
+}
+
+//! Colour keying for any rule: the pixel is left out where the source's colour equals the key.
+template <class Src, class Rule>
+struct Kanvo_UnlessKey
+{
+    Rule        kRule;
+    Kanvo_Color cKey;
+
+    template <class DstOffset>
+    KANVO_INLINE void operator()(typename Src::Offset kSrc, DstOffset kDst) const
+    {
+        if (Src::PixelToColor(Src::GetPixel(kSrc)) != cKey)
+        {
+            kRule(kSrc, kDst);
+        }
+    }
+};
+
+#endif

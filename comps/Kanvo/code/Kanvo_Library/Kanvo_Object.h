@@ -1,0 +1,41 @@
+// Kanvo_Object: the library object. Hands out the memory behind bitmaps; everything else hangs off a Kanvo_Screen.
+#ifndef KANVO_OBJECT_H
+#define KANVO_OBJECT_H
+
+#include <cstddef>
+
+#include "Tov_Types.h"
+
+//! Owner of all bitmap buffers. Derive from it to place buffers in memory of your own: override the two virtual
+//! operations together. It must outlive every screen and bitmap made with it.
+class Kanvo
+{
+public:
+    //! Every allocated buffer starts at a multiple of this, a cache line of the larger hosts.
+    static constexpr std::size_t BUFFER_ALIGNMENT = 64;
+    //! No buffer is larger than this, so that every byte offset inside a bitmap fits a Tov_Int.
+    static constexpr std::size_t MAX_BUFFER_BYTES = 0x7FFFFFFF;
+
+    Kanvo() = default;
+    virtual ~Kanvo();
+    Kanvo(const Kanvo&)            = delete;
+    Kanvo& operator=(const Kanvo&) = delete;
+
+    //! Memory for uiHeight rows of uiWidth pixels without padding, not cleared. uiType: BitmapType of a format with
+    //! whole bytes per pixel. ubBBT: BBT_KANVO or BBT_RAM; for BBT_ROM there is nothing to allocate. Returns null where
+    //! the size is zero or above MAX_BUFFER_BYTES, the type has no pixels to store, or memory is exhausted.
+    virtual void* AllocBitmapBuffer(Tov_UInt uiType, Tov_UByte ubBBT, Tov_UInt uiWidth, Tov_UInt uiHeight);
+
+    //! Takes back a bitmap's buffer. Frees what AllocBitmapBuffer of this object returned; a BBT_ROM buffer, a buffer
+    //! the caller brought along, and null are left alone.
+    virtual void FreeBitmapBuffer(void* pBuffer, Tov_UByte ubBBT);
+
+    //! Bytes of one pixel of a BitmapType; 0 for types whose pixels are not whole bytes or not stored one by one.
+    static Tov_UInt BytesPerPixel(Tov_UInt uiType);
+
+private:
+    struct Block;
+    Block* m_pkBlocks = nullptr;  //!< every live allocation, newest first
+};
+
+#endif

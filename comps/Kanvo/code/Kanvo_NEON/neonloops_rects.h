@@ -1,0 +1,101 @@
+// neonloops_rects: rows put together to the rectangles of neonloops.h. A template over the row functions of one
+// instruction set, so that a small rectangle costs one indirect call and not one per row.
+#ifndef KANVO_NEONLOOPS_RECTS_H
+#define KANVO_NEONLOOPS_RECTS_H
+
+#include "rows.h"
+
+template <class Rows>
+struct Kanvo_LoopRects
+{
+    static void Fill(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, Kanvo_PixelARGB32 pxPixel, Tov_UInt uiWidth,
+                     Tov_UInt uiHeight)
+    {
+        ForRows(kDst, uiDstPitch, uiHeight, [=](Kanvo_OffsetARGB32 kDstRow) { Rows::Fill(kDstRow, uiWidth, pxPixel); });
+    }
+
+    static void FillMix(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, Kanvo_PixelARGB32 pxPixel, Tov_UInt uiWidth,
+                        Tov_UInt uiHeight, Tov_UByte ubAlpha)
+    {
+        ForRows(kDst, uiDstPitch, uiHeight,
+                [=](Kanvo_OffsetARGB32 kDstRow) { Rows::FillMix(kDstRow, uiWidth, pxPixel, ubAlpha); });
+    }
+
+    static void Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch,
+                     Tov_UInt uiWidth, Tov_UInt uiHeight)
+    {
+        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, uiHeight,
+                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelARGB32* kSrcRow)
+                { Rows::Copy(kDstRow, kSrcRow, uiWidth); });
+    }
+
+    static void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch,
+                     Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubAlpha)
+    {
+        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, uiHeight,
+                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelARGB32* kSrcRow)
+                { Rows::Over(kDstRow, kSrcRow, uiWidth, ubAlpha); });
+    }
+
+    static void Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiDstPitch,
+                           Tov_UInt uiSrcPitch, Tov_UInt uiWidth, Tov_UInt uiHeight)
+    {
+        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, uiHeight,
+                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelRGB565* kSrcRow)
+                { Rows::Convert565(kDstRow, kSrcRow, uiWidth); });
+    }
+
+    static void Over565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiDstPitch,
+                        Tov_UInt uiSrcPitch, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubAlpha)
+    {
+        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, uiHeight,
+                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelRGB565* kSrcRow)
+                { Rows::Over565(kDstRow, kSrcRow, uiWidth, ubAlpha); });
+    }
+
+    static void ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiDstPitch,
+                          Tov_UInt uiMaskPitch, Kanvo_ColorARGB32 clColor, Tov_UInt uiWidth, Tov_UInt uiHeight)
+    {
+        ColorMaskScaled(kDst, kMask, uiDstPitch, uiMaskPitch, clColor, uiWidth, uiHeight, 255);
+    }
+
+    static void ColorMaskScaled(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiDstPitch,
+                                Tov_UInt uiMaskPitch, Kanvo_ColorARGB32 clColor, Tov_UInt uiWidth, Tov_UInt uiHeight,
+                                Tov_UByte ubAlpha)
+    {
+        ForRows(kDst, uiDstPitch, kMask, uiMaskPitch, uiHeight,
+                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelA8* kMaskRow)
+                { Rows::ColorMask(kDstRow, kMaskRow, uiWidth, clColor, ubAlpha); });
+    }
+
+private:
+    template <class Pixel>
+    static KANVO_INLINE Pixel* NextRow(Pixel* kRow, Tov_UInt uiPitch)
+    {
+        return reinterpret_cast<Pixel*>(reinterpret_cast<std::uintptr_t>(kRow) + uiPitch);
+    }
+
+    template <class DrawRow>
+    static KANVO_INLINE void ForRows(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, Tov_UInt uiHeight, DrawRow kDrawRow)
+    {
+        for (; uiHeight > 0; --uiHeight)
+        {
+            kDrawRow(kDst);
+            kDst = NextRow(kDst, uiDstPitch);
+        }
+    }
+
+    template <class SrcPixel, class DrawRow>
+    static KANVO_INLINE void ForRows(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, const SrcPixel* kSrc,
+                                     Tov_UInt uiSrcPitch, Tov_UInt uiHeight, DrawRow kDrawRow)
+    {
+        for (; uiHeight > 0; --uiHeight)
+        {
+            kDrawRow(kDst, kSrc);
+            kDst = NextRow(kDst, uiDstPitch);
+            kSrc = NextRow(kSrc, uiSrcPitch);
+        }
+    }
+};
+
+#endif

@@ -1,0 +1,91 @@
+// rows_reference: the portable bodies of the row functions.
+#include "rows.h"
+#include "Tov_Memory.h"
+
+namespace
+{
+
+using Access = Kanvo_PixelARGB32_Access;
+
+KANVO_INLINE Kanvo_PixelARGB32 Expand565(Kanvo_PixelRGB565 pxPixel)
+{
+    return Access::PixelFromRGB(Kanvo_PixelRGB565_Access::RedFromPixel(pxPixel),
+                                Kanvo_PixelRGB565_Access::GreenFromPixel(pxPixel),
+                                Kanvo_PixelRGB565_Access::BlueFromPixel(pxPixel));
+}
+
+//! Whether two rows share memory, that is, start less than a row apart.
+KANVO_INLINE Tov_Bool Overlap(const void* pA, const void* pB, Tov_UInt uiBytes)
+{
+    const auto uiA = reinterpret_cast<std::uintptr_t>(pA);
+    const auto uiB = reinterpret_cast<std::uintptr_t>(pB);
+    return (uiA > uiB ? uiA - uiB : uiB - uiA) < uiBytes;
+}
+
+}  // namespace
+
+void Kanvo_RowsReference::Fill(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_PixelARGB32 pxPixel)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        kDst[uiX] = pxPixel;
+    }
+}
+
+void Kanvo_RowsReference::FillMix(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
+                                  Tov_UByte ubAlpha)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        kDst[uiX] = KanvoBlit_MixLinear(kDst[uiX], clColor, ubAlpha);
+    }
+}
+
+void Kanvo_RowsReference::Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+{
+    const auto uiBytes = uiCount * static_cast<Tov_UInt>(sizeof(Kanvo_PixelARGB32));
+    if (!Overlap(kDst, kSrc, uiBytes))
+    {
+        Tov_Memcpy(kDst, kSrc, uiBytes);
+        return;
+    }
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        kDst[uiX] = kSrc[uiX];
+    }
+}
+
+void Kanvo_RowsReference::Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                               Tov_UByte ubAlpha)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        Access::BlendPixelSrcAlpha(kDst + uiX, kSrc[uiX], ubAlpha);
+    }
+}
+
+void Kanvo_RowsReference::Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        kDst[uiX] = Expand565(kSrc[uiX]);
+    }
+}
+
+void Kanvo_RowsReference::Over565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount,
+                                  Tov_UByte ubAlpha)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        Access::BlendPixelSrcAlpha(kDst + uiX, Expand565(kSrc[uiX]), ubAlpha);
+    }
+}
+
+void Kanvo_RowsReference::ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiCount,
+                                    Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        kDst[uiX] = KanvoBlit_MixLinear(kDst[uiX], clColor, Kanvo_MulByte(kMask[uiX], ubAlpha));
+    }
+}
