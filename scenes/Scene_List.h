@@ -1,0 +1,28 @@
+// Scene_List: the drawing function of every scene, for the table in Scenes.cpp. Each is defined in the file of its topic.
+#ifndef SCENE_LIST_H
+#define SCENE_LIST_H
+
+#include "Scene.h"
+
+namespace scenes
+{
+
+using Drawing = void(Kanvo_BitmapARGB32& target, const Input& input);
+
+Drawing Dashboard;      // Scene_Dashboard.cpp
+Drawing FillSteps;      // Scene_Fill.cpp
+Drawing FillOverlap;    //
+Drawing BlitCopy;       // Scene_Blit.cpp
+Drawing BlitAlpha;      //
+Drawing BlitColorKey;   //
+Drawing BlitFormats;    //
+Drawing BlitPaths;      //
+Drawing BlitColorMaps;  // Scene_BlitColor.cpp
+Drawing ClipEdges;      // Scene_Clip.cpp
+Drawing DebugFont;      // Scene_DebugFont.cpp
+Drawing NightFlight;    // Scene_NightFlight.cpp
+Drawing OwnPicture;     // Scene_OwnPicture.cpp
+
+}  // namespace scenes
+
+#endif

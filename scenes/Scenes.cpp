@@ -1,0 +1,97 @@
+// Scenes: the tables of scenes and of their pictures.
+#include "Scene.h"
+
+#include <iterator>
+
+#include "Scene_List.h"
+
+namespace scenes
+{
+namespace
+{
+
+constexpr Tov_UInt Width  = 400;
+constexpr Tov_UInt Height = 240;
+
+constexpr Scene Scenes[] = {
+    {"Dashboard", "A user interface out of everything below: blits, maps, fills and text.", Width, Height, Dashboard,
+     false},
+    {"Night_Flight", "Pictures that came as indexed, 16-bit grey and interlaced files, in one sky.", Width, Height,
+     NightFlight, false},
+    {"Fill_Steps", "FillRect with sixteen alphas, over light and dark; below, the value that comes out.", Width, Height,
+     FillSteps, false},
+    {"Fill_Overlap", "Translucent fills woven together: the order counts, and alpha gathers on an empty bitmap.", Width,
+     Height, FillOverlap, false},
+    {"Blit_Copy", "An ARGB32 picture drawn at full opacity is copied, its alpha included; below 255 it is blended.",
+     Width, Height, BlitCopy, false},
+    {"Blit_Alpha", "Global opacity, with and without alpha in the source.", Width, Height, BlitAlpha, false},
+    {"Blit_ColorKey", "Leaving out one colour, for three formats, alone and together with opacity.", Width, Height,
+     BlitColorKey, false},
+    {"Blit_Formats", "One picture in four formats, and what each format keeps of it.", Width, Height, BlitFormats,
+     false},
+    {"BlitColor_Maps", "One colour painted through the coverage of A8 and ARGB32 maps.", Width, Height, BlitColorMaps,
+     false},
+    {"Clip_Edges", "The same picture cut by every edge and corner of the clip rectangle.", Width, Height, ClipEdges,
+     false},
+    {"Debug_Font", "All characters of the built-in font, and how text is laid out.", Width, Height, DebugFont, false},
+    {"Blit_Paths", "The one blit that the optimised path draws differently: full opacity and BLIT_NOCLIP alone.", Width,
+     Height, BlitPaths, true},
+    {"Own_Picture", "Your own picture, in every format and through every kind of blit.", Width, Height, OwnPicture,
+     false},
+};
+
+constexpr PictureFile Files[] = {
+    {"landscape.png", &Input::landscape, 240, 160}, {"icons.png", &Input::icons, 192, 96},
+    {"sprite_key.png", &Input::spriteKey, 64, 64},  {"glass.png", &Input::glass, 96, 96},
+    {"gauge.png", &Input::gauge, 128, 128},         {"mask_disc.png", &Input::maskDisc, 64, 64},
+    {"mask_glyph.png", &Input::maskGlyph, 128, 32}, {"mask_fade.png", &Input::maskFade, 128, 64},
+    {"palette.png", &Input::planet, 64, 64},        {"grey16.png", &Input::moon, 64, 64},
+    {"interlaced.png", &Input::balloon, 64, 64},
+};
+
+}  // namespace
+
+Table<Scene> All()
+{
+    return {Scenes, std::size(Scenes)};
+}
+
+const Scene& Own()
+{
+    return Scenes[std::size(Scenes) - 1];
+}
+
+Table<PictureFile> PictureFiles()
+{
+    return {Files, std::size(Files)};
+}
+
+void Draw(const Scene& scene, Kanvo_BitmapARGB32& target, const Input& input)
+{
+    target.Lock();
+    target.SetCliprect(0, 0, target.GetWidth() - 1, target.GetHeight() - 1);
+    target.Clear(0xFF000000U);
+    scene.draw(target, input);
+    target.Unlock(0, 0, target.GetWidth() - 1, target.GetHeight() - 1);
+}
+
+Tov_UInt Checksum(const Kanvo_BitmapARGB32& target)
+{
+    Tov_UInt crc = 0xFFFFFFFFU;
+    for (Tov_UInt y = 0; y < target.GetHeight(); ++y)
+    {
+        for (Tov_UInt x = 0; x < target.GetWidth(); ++x)
+        {
+            Kanvo_OffsetARGB32 offset;
+            Kanvo_PixelARGB32_Access::GetOffset(&target, x, y, offset);
+            crc ^= *offset;  // a word at once: its low byte is the next byte of the sum
+            for (int bit = 0; bit < 32; ++bit)
+            {
+                crc = (crc >> 1) ^ (0xEDB88320U & (0U - (crc & 1U)));
+            }
+        }
+    }
+    return ~crc;
+}
+
+}  // namespace scenes
