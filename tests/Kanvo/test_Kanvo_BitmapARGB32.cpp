@@ -1,5 +1,5 @@
-// Tests of the render target: life cycle, lock, the knowledge of translucent pixels, Clear, colours, and what all drawing
-// operations have in common. Fills and blits are in their own files.
+// Tests of the render target: life cycle, lock, the knowledge of translucent pixels, Clear, colours, and what all
+// drawing operations have in common. Fills and blits are in their own files.
 #include "Kanvo_BitmapARGB32.h"
 
 #include <algorithm>
@@ -255,7 +255,7 @@ TEST(BitmapARGB32, UnlockScansBeyondItsRectangle)
     std::vector<std::uint32_t> pixels(WIDTH * HEIGHT, 0xFF000000U);
     Kanvo_BitmapARGB32         bitmap(nullptr, WIDTH, HEIGHT, BBT_RAM, pixels.data());
     const Tov_UInt             rectangles[][4] = {
-                    {0, 0, 0, 0}, {0, 0, 6, 4}, {3, 3, 2, 2}, {100, 100, 200, 200}, {HIGHEST, HIGHEST, HIGHEST, HIGHEST}};
+                    {0, 0, 0, 0}, {0, 0, 6, 4}, {3, 3, 2, 2}, {100, 100, 200, 200}, {9, 9, HIGHEST, HIGHEST}};
     for (const auto& rectangle : rectangles)
     {
         const auto unlock = [&]
@@ -575,6 +575,36 @@ TEST_F(AllOperations, LeaveAloneWhatLiesOutsideTheClipRectangleExceptClear)
             }
         }
     }
+}
+
+//! Notes what DrawPolygon passes on.
+class PolygonTarget : public Kanvo_BitmapARGB32
+{
+public:
+    using Kanvo_BitmapARGB32::Kanvo_BitmapARGB32;
+
+    void RenderPrimitivePoly(const void* pvValues, Tov_UInt uiCount, Tov_UInt uiPitch, Tov_Flag ulFlags,
+                             Kanvo_Color kColor) override
+    {
+        values = pvValues;
+        rest   = {uiCount, uiPitch, ulFlags, kColor};
+    }
+
+    const void*           values = nullptr;
+    std::vector<Tov_UInt> rest;
+};
+
+TEST_F(AllOperations, DrawPolygonPassesItsVerticesOnWithTheStrideOfAVertex)
+{
+    const Kanvo_Coord2D vertices[3] = {{0, 0}, {4, 0}, {0, 4}};
+    PolygonTarget       target(&m_screen, 8, 8, BBT_RAM, m_pixels);
+    target.Lock();
+    target.DrawPolygon(vertices, 3, 0x12345678U, POLY_ANTIALIAS | POLY_HINT_CW);
+    EXPECT_EQ(target.values, vertices);
+    EXPECT_EQ(target.rest, (std::vector<Tov_UInt>{3, 8, 0x10100U, 0x12345678U}));
+    target.DrawPolygon(nullptr, 0, 0, 0);
+    EXPECT_EQ(target.values, nullptr);
+    EXPECT_EQ(target.rest, (std::vector<Tov_UInt>{0, 8, 0, 0}));
 }
 
 TEST_F(AllOperations, TheWholeExampleOfTheHeaderRuns)

@@ -1,5 +1,5 @@
-// Tests of the RGB32 format: its policy and the colours of its source bitmap. What all source bitmaps have in common is in
-// test_Kanvo_SourceBitmap.cpp, addresses are in test_Kanvo_PixelAddress.cpp.
+// Tests of the RGB32 format: its policy and the colours of its source bitmap. What all source bitmaps have in common is
+// in test_Kanvo_SourceBitmap.cpp, addresses are in test_Kanvo_PixelAddress.cpp.
 #include "Kanvo_BitmapRGB32.h"
 
 #include <array>

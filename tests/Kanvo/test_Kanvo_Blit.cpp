@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -1483,6 +1484,26 @@ TEST(BlitColor, AThousandBlendsStopAtTheirFixedPoint)
 }
 
 // ---- the workers by themselves --------------------------------------------------------------------------------------
+
+TEST(Kanvo_Blit, ACopiedRowIsAsLongAsWidthTimesBytesPerPixel)
+{
+    Words source(BM_ARGB32, 3, {0x11111111, 0x22222222, 0x33333333, 0x44444444, 0x55555555, 0x66666666});
+    for (const unsigned bytesPerPixel : {1U, 2U, 3U, 4U})
+    {
+        for (const unsigned width : {1U, 2U, 3U})
+        {
+            Stage  stage(OB_NONE, 3, 2, 0);
+            Pixels expected(6);
+            for (const std::size_t row : {0U, 3U})
+            {
+                std::memcpy(&expected[row], &source.pixels[row], std::size_t{width} * bytesPerPixel);
+            }
+            Kanvo_BlitARGB32::Blit_Cpy(&source.bitmap, &stage.target, stage.pixels.data(), width, 2, 0, 0, 0, 0,
+                                       bytesPerPixel);
+            EXPECT_EQ(stage.pixels, expected) << width << " of " << bytesPerPixel;
+        }
+    }
+}
 
 TEST(Kanvo_Blit, WorkersTakeTheirArgumentsInTheGivenOrder)
 {

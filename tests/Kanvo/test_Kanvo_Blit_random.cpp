@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
+#include <ostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -319,53 +321,67 @@ const char* NameOf(Operation operation)
     return operation == Operation::Blit ? "Blit" : operation == Operation::BlitColor ? "BlitColor" : "FillRect";
 }
 
-std::string Described(const Area& area)
+std::ostream& operator<<(std::ostream& stream, const Area& area)
 {
-    char text[80];
-    std::snprintf(text, sizeof text, "%ux%u pitch %u at the %s fence", area.width, area.height, area.pitch,
-                  area.atBackFence ? "back" : "front");
-    return text;
+    return stream << area.width << "x" << area.height << " pitch " << area.pitch << " at the "
+                  << (area.atBackFence ? "back" : "front") << " fence";
 }
 
 std::string Described(const Case& thrown)
 {
-    char text[700];
-    std::snprintf(text, sizeof text,
-                  "seed %llu: %s %s (type %u) %ux%u from (%u, %u) to (%d, %d), flags %X, alpha %d, %s %08X, "
-                  "OPTIMIZED_BLIT %u%s%s%s%s; source %s; target %s%s, clip ",
-                  static_cast<unsigned long long>(thrown.seed), NameOf(thrown.operation), NameOf(thrown.format),
-                  thrown.type, thrown.where.width, thrown.where.height, thrown.where.srcX, thrown.where.srcY,
-                  thrown.where.dstX, thrown.where.dstY, thrown.flags, thrown.alpha,
-                  thrown.operation == Operation::Blit ? "key" : "colour", thrown.color, thrown.renderState,
-                  thrown.hasAlpha ? ", says alpha" : "", thrown.self ? ", onto itself" : "",
-                  thrown.locked ? "" : ", not locked", thrown.realClass ? ", real class" : "",
-                  Described(thrown.source).c_str(), Described(thrown.target).c_str(), thrown.swapped ? " swapped" : "");
-    std::string description = text;
-    if (!thrown.clipped) return description + "none: ";
-    std::snprintf(text, sizeof text, "(%lld, %lld) to (%lld, %lld): ", static_cast<long long>(thrown.clip.minX),
-                  static_cast<long long>(thrown.clip.minY), static_cast<long long>(thrown.clip.maxX),
-                  static_cast<long long>(thrown.clip.maxY));
-    return description + text;
+    const reference::Where& where = thrown.where;
+    std::ostringstream      text;
+    text << "seed " << thrown.seed << ": " << NameOf(thrown.operation) << " ";
+    if (thrown.operation != Operation::FillRect)
+    {
+        text << NameOf(thrown.format) << " (type " << thrown.type << ") from (" << where.srcX << ", " << where.srcY
+             << "), alpha " << thrown.alpha << (thrown.hasAlpha ? ", says alpha, " : ", ");
+    }
+    text << where.width << "x" << where.height << " to (" << where.dstX << ", " << where.dstY << "), flags " << std::hex
+         << thrown.flags << (thrown.operation == Operation::Blit ? ", key " : ", colour ") << thrown.color << std::dec
+         << ", OPTIMIZED_BLIT " << thrown.renderState << (thrown.locked ? "" : ", not locked") << "; target "
+         << thrown.target << (thrown.swapped ? ", swapped" : "");
+    if (thrown.clipped)
+    {
+        text << ", clip (" << thrown.clip.minX << ", " << thrown.clip.minY << ") to (" << thrown.clip.maxX << ", "
+             << thrown.clip.maxY << ")";
+    }
+    if (thrown.operation != Operation::FillRect)
+    {
+        text << "; source ";
+        if (thrown.self) text << "the target itself";
+        if (!thrown.self) text << thrown.source << (thrown.realClass ? ", real class" : "");
+    }
+    text << ": ";
+    return text.str();
 }
 
-//! Where two pictures of words with padding first differ.
-std::string FirstDifference(const std::uint8_t* expected, const std::uint8_t* got, const Area& area)
+//! Where two pictures of words with padding first differ. Some memory before and behind them may be included: offset is
+//! where the picture starts in it.
+std::string FirstDifference(const std::vector<std::uint8_t>& expected, const std::uint8_t* got, std::size_t offset,
+                            const Area& area)
 {
-    const std::size_t count = area.Bytes(4);
-    std::size_t       at    = 0;
-    while (at < count && expected[at] == got[at]) ++at;
-    const std::size_t x = at % area.pitch / 4;
-    const std::size_t y = at / area.pitch;
-    char              text[160];
+    std::size_t index = 0;
+    while (expected[index] == got[index]) ++index;
+    char text[160];
+    if (index < offset || index >= offset + area.Bytes(4))
+    {
+        std::snprintf(text, sizeof text, "byte %td, outside the pixels, expected %02X, got %02X",
+                      static_cast<std::ptrdiff_t>(index - offset), expected[index], got[index]);
+        return text;
+    }
+    const std::size_t at = index - offset;
+    const std::size_t x  = at % area.pitch / 4;
+    const std::size_t y  = at / area.pitch;
     if (x >= area.width)
     {
         std::snprintf(text, sizeof text, "padding byte %zu of row %zu expected %02X, got %02X",
-                      at % area.pitch - area.width * 4, y, expected[at], got[at]);
+                      at % area.pitch - area.width * 4, y, expected[index], got[index]);
         return text;
     }
     std::uint32_t words[2];
-    std::memcpy(&words[0], expected + at / 4 * 4, 4);
-    std::memcpy(&words[1], got + at / 4 * 4, 4);
+    std::memcpy(&words[0], &expected[offset + at / 4 * 4], 4);
+    std::memcpy(&words[1], got + offset + at / 4 * 4, 4);
     std::snprintf(text, sizeof text, "pixel (%zu, %zu) expected %08X, got %08X", x, y, words[0], words[1]);
     return text;
 }
@@ -437,7 +453,9 @@ private:
         FillContent(dice, m_sourcePixels, m_sourceBytes, thrown.source, thrown.format, thrown.color, keyed);
         FillContent(dice, m_targetPixels, m_targetBytes, thrown.target, Format::Argb32, thrown.color,
                     keyed && thrown.self);
-        m_expected.assign(m_targetPixels, m_targetPixels + m_targetBytes);
+        constexpr std::size_t around = 256;  // watched on both sides, where there is no fence
+        m_watched = std::max(m_targetArena.Data(), m_targetPixels - around);
+        m_expected.assign(m_watched, std::min(m_targetArena.Data() + ARENA_BYTES, m_targetPixels + m_targetBytes + around));
         m_sourceBefore.assign(m_sourcePixels, m_sourcePixels + m_sourceBytes);
     }
 
@@ -489,7 +507,7 @@ private:
     {
         const Area&       area = thrown.target;
         reference::Target target;
-        target.picture   = {Format::Argb32, area.width, area.height, area.pitch, m_expected.data(), thrown.hasAlpha};
+        target.picture   = {Format::Argb32, area.width, area.height, area.pitch, m_expected.data() + (m_targetPixels - m_watched), thrown.hasAlpha};
         target.clip      = thrown.clip;
         target.locked    = thrown.locked;
         target.optimised = thrown.renderState == OB_NEON;
@@ -575,9 +593,10 @@ private:
 
         Call(thrown, target, source);
 
-        if (std::memcmp(m_expected.data(), m_targetPixels, m_targetBytes) != 0)
+        if (std::memcmp(m_expected.data(), m_watched, m_expected.size()) != 0)
         {
-            return FirstDifference(m_expected.data(), m_targetPixels, thrown.target);
+            return FirstDifference(m_expected, m_watched, static_cast<std::size_t>(m_targetPixels - m_watched),
+                                   thrown.target);
         }
         if (m_asserts.Count() != outcome.messages.size() || m_asserts.Texts() != outcome.messages)
         {
@@ -596,8 +615,7 @@ private:
             return std::string("counters: expected one start and stop of \"") +
                    (loop ? "" : reference::NameOf(outcome.worker)) + "\"";
         }
-        if (std::memcmp(m_sourceBefore.data(), m_sourcePixels, m_sourceBytes) != 0)
-            return "the source's pixels changed";
+        if (std::memcmp(m_sourceBefore.data(), m_sourcePixels, m_sourceBytes) != 0) return "the source changed";
         if (!m_targetObject.IsUnchanged()) return "the target object changed";
         if (!m_sourceObject.IsUnchanged()) return "the source object changed";
         if (!m_screenObject.IsUnchanged()) return "the screen or its render state changed";
@@ -611,6 +629,7 @@ private:
     support::Fence m_targetArena{ARENA_BYTES};
     std::uint8_t*  m_sourcePixels = nullptr;
     std::uint8_t*  m_targetPixels = nullptr;
+    std::uint8_t*  m_watched = nullptr;  // the target's pixels and some memory around them
     std::size_t    m_sourceBytes  = 0;
     std::size_t    m_targetBytes  = 0;
     std::vector<std::uint8_t> m_expected;

@@ -12,6 +12,7 @@
 #include "Fence.h"
 #include "Kanvo_Enums.h"
 #include "Kanvo_Screen.h"
+#include "MemoryLimit.h"
 #include "Sweep.h"
 
 namespace
@@ -105,6 +106,34 @@ TEST(Library, RefusesEmptySizesReadOnlyMemoryAndTypesWithoutPixels)
     {
         EXPECT_EQ(library.AllocBitmapBuffer(type, BBT_KANVO, 4, 4), nullptr) << type;
     }
+}
+
+TEST(Library, GivesNothingWhereMemoryIsExhaustedAndGoesOnAfterwards)
+{
+    if (!support::MemoryLimit::IsPossible()) GTEST_SKIP() << "no limit under this sanitizer";
+    Kanvo         library;
+    AssertCapture asserts;
+    {
+        const support::MemoryLimit limit;
+        ASSERT_TRUE(limit.IsSet());
+        EXPECT_EQ(library.AllocBitmapBuffer(BM_ALPHA8, BBT_KANVO, 0x7FFFFFFF, 1), nullptr);  // the largest there may be
+        EXPECT_EQ(library.AllocBitmapBuffer(BM_ARGB32, BBT_RAM, 0x7FFF, 0x4000), nullptr);
+    }
+    void* const buffer = library.AllocBitmapBuffer(BM_ARGB32, BBT_KANVO, 4, 4);
+    EXPECT_NE(buffer, nullptr);
+    library.FreeBitmapBuffer(buffer, BBT_KANVO);
+    EXPECT_EQ(asserts.Count(), 0U);
+}
+
+TEST(Library, TheLargestBufferThatMayBeGivenIsGivenOrRefusedButNotWrapped)
+{
+    if (!support::MemoryLimit::IsPossible()) GTEST_SKIP() << "takes two gigabytes of address space";
+    Kanvo       library;
+    auto* const buffer = static_cast<std::uint8_t*>(library.AllocBitmapBuffer(BM_ALPHA8, BBT_KANVO, 0x7FFFFFFF, 1));
+    if (buffer == nullptr) GTEST_SKIP() << "no two gigabytes to be had";
+    EXPECT_EQ(Address(buffer) % 64, 0U);
+    buffer[0x7FFFFFFE] = 1;
+    library.FreeBitmapBuffer(buffer, BBT_KANVO);
 }
 
 TEST(Library, LeavesBuffersAloneThatItDidNotGive)

@@ -384,7 +384,7 @@ TEST(PixelARGB32, MixLinearSrcAlphaOverATranslucentPixelIsTheFloorForEveryTriple
         [](std::uint32_t alpha) { return static_cast<int>(alpha / 2); },
         [](std::uint32_t dst, std::uint32_t src, std::uint32_t alpha)
         {
-            // Source alphas of 0 to 254 and destination alphas of 0 to 254: whatever they are, the weight is the opacity's.
+            // Whatever the two alphas are, each 0 to 254: the weight is the opacity's.
             const std::uint32_t under = (dst & 0x00FFFFFFU) | (((dst ^ src) % 255) << 24);
             const std::uint32_t over  = (src & 0x00FFFFFFU) | (((dst + src) % 255) << 24);
             return Access::MixLinearSrcAlpha(under, over, Byte(alpha));

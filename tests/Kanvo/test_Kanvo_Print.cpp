@@ -1,5 +1,5 @@
-// Tests of Kanvo_Print: one character of the debug font, unblended and unclipped or not at all. What the characters look
-// like is the font's business (test_Kanvo_DebugFont.cpp); here its bytes are taken as given.
+// Tests of Kanvo_Print: one character of the debug font, unblended, drawn whole or not at all. What the characters
+// look like is the font's business (test_Kanvo_DebugFont.cpp); here its bytes are taken as given.
 #include "Kanvo_Print.h"
 
 #include <cstdint>
@@ -205,6 +205,17 @@ TEST(DebugFontChar, APositionWhoseEndWouldWrapIsOutside)
         EXPECT_EQ(sheet.Bitmap().DebugFontChar('W', 2, far, INK), 6);
     }
     EXPECT_TRUE(sheet.IsBlank());
+}
+
+TEST(DebugFontChar, FindsColumnsThatNeedMoreThanSixteenBits)
+{
+    Sheet sheet(70000, 11);
+    for (const Tov_UInt x : {32766U, 32767U, 32768U, 65534U, 65535U, 65536U, 69993U})
+    {
+        sheet.Wipe();
+        EXPECT_EQ(sheet.Bitmap().DebugFontChar('W', x, 0, INK), 6);
+        EXPECT_TRUE(sheet.ShowsOnly('W', x, 0, INK)) << x;
+    }
 }
 
 TEST(DebugFontChar, DoesNotAssertTheLock)

@@ -87,6 +87,33 @@ TEST(RenderState, StartsWithItsDocumentedValues)
     EXPECT_EQ(state.GetParent(), nullptr);
 }
 
+TEST(RenderState, IsItsParentThenTheSlotsThenTheCallbacks)
+{
+    Kanvo_Screen      screen(nullptr);
+    Kanvo_RenderState state(&screen);
+    ASSERT_EQ(sizeof state, sizeof(Kanvo_Screen*) + 34 * sizeof(Tov_MixedType) + 34 * sizeof(Kanvo_StateCallback));
+    for (int number = 0; number < 34; ++number)
+    {
+        state.Set(Slot(number), number + 1000);
+        state.SetCallback(Slot(number), number % 2 == 0 ? &RecordChange : &IgnoreChange);
+    }
+    const auto* const   bytes  = reinterpret_cast<const unsigned char*>(&state);
+    const Kanvo_Screen* parent = nullptr;
+    std::memcpy(&parent, bytes, sizeof parent);
+    EXPECT_EQ(parent, &screen);
+    for (std::size_t number = 0; number < 34; ++number)
+    {
+        Tov_MixedType       slot;
+        Kanvo_StateCallback callback    = nullptr;
+        const std::size_t   slotsBegin  = sizeof parent;
+        const std::size_t   othersBegin = slotsBegin + 34 * sizeof slot;
+        std::memcpy(&slot, bytes + slotsBegin + number * sizeof slot, sizeof slot);
+        std::memcpy(&callback, bytes + othersBegin + number * sizeof callback, sizeof callback);
+        EXPECT_EQ(slot.uiValue, number + 1000);
+        EXPECT_EQ(callback, number % 2 == 0 ? &RecordChange : &IgnoreChange);
+    }
+}
+
 TEST(RenderState, EverySlotIsKeptByItself)
 {
     Kanvo_RenderState state(nullptr);

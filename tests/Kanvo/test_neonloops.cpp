@@ -224,7 +224,7 @@ public:
         m_source.assign(with.src, with.src + srcBytes);
         DrawExpected(loop, with, m_expected.data() + (with.dst - from));
         loop.run(with);
-        if (std::memcmp(with.src, m_source.data(), srcBytes) != 0)
+        if (!std::equal(m_source.begin(), m_source.end(), with.src))
             return Described(loop, setting) + "the source changed";
         if (std::memcmp(from, m_expected.data(), m_expected.size()) == 0) return {};
         return Described(loop, setting) + FirstDifference(with, from);

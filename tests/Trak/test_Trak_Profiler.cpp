@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include "MemoryLimit.h"
 #include "Scratch_Folder.h"
 #include "Trak_Counters.h"
 
@@ -372,6 +373,23 @@ TEST_F(Profiler, SwitchingOnTwiceStartsAfresh)
     EXPECT_EQ(SummaryOf("Blit_CPY").uiCalls, 0U);
     const Scratch_Folder folder;
     EXPECT_TRUE(WrittenTrace(folder)["traceEvents"].items.empty());
+}
+
+TEST_F(Profiler, WithoutMemoryForTheTraceItIsOffAsIfItHadNeverBeenOn)
+{
+    if (!support::MemoryLimit::IsPossible()) GTEST_SKIP() << "no limit under this sanitizer";
+    ASSERT_TRUE(Trak::EnableProfiling(&FakeClock));
+    bool enabled = true;
+    {
+        const support::MemoryLimit limit;
+        ASSERT_TRUE(limit.IsSet());
+        enabled = Trak::EnableProfiling(&FakeClock, 100000000);
+    }
+    EXPECT_FALSE(enabled);
+    EXPECT_FALSE(Trak::IsProfiling());
+    for (const auto& [name, counter] : PERF_COUNTERS) EXPECT_EQ(*counter, nullptr) << name;
+    for (const auto& [name, counter] : STAT_COUNTERS) EXPECT_EQ(*counter, nullptr) << name;
+    EXPECT_TRUE(Trak::EnableProfiling(&FakeClock));
 }
 
 TEST_F(Profiler, TheTableListsWhatWasUsedWithExactFigures)

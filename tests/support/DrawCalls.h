@@ -1,6 +1,6 @@
-// DrawCalls: every drawing operation of Kanvo_Bitmap once, with arguments that would draw if they could. For the rules that
-// hold for all of them: what they assert on a bitmap that is not locked, has no buffer or is no target, and what they
-// leave alone.
+// DrawCalls: every drawing operation of Kanvo_Bitmap once, with arguments that would draw if they could. For the rules
+// that hold for all of them: what they assert on a bitmap that is not locked, has no buffer or is no target, and what
+// they leave alone.
 #ifndef DRAWCALLS_H
 #define DRAWCALLS_H
 

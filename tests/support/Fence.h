@@ -1,5 +1,5 @@
-// Fence: memory between two pages that nobody may touch. Whoever reads or writes one byte beyond the flush end is stopped
-// by the processor; what is written beyond the other end is found by IsSlackUntouched.
+// Fence: memory between two pages that nobody may touch. Whoever reads or writes one byte beyond the flush end is
+// stopped by the processor; what is written beyond the other end is found by IsSlackUntouched.
 //
 //   Against::FrontFence     |////////|data.......slack|////////|
 //   Against::BackFence      |////////|slack.......data|////////|
@@ -44,7 +44,7 @@ public:
     //! Whether the bytes between the data and the page's other end are as they were.
     bool IsSlackUntouched() const;
 
-    //! Bytes that a picture needs: no padding behind its last row, so that the fence stands right behind the last pixel.
+    //! Bytes that a picture needs: no padding behind its last row, so that the fence stands right behind the pixels.
     static constexpr std::size_t BytesFor(std::size_t width, std::size_t height, std::size_t pitch,
                                           std::size_t pixelBytes)
     {

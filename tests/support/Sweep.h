@@ -11,8 +11,8 @@
 namespace support
 {
 
-//! Counts differences and describes the first. Used inside loops of millions of turns, where an EXPECT would be too slow
-//! and would print too much:
+//! Counts differences and describes the first. Used inside loops of millions of turns, where an EXPECT would be too
+//! slow and would print too much:
 //!
 //!   if (got != expected) differences.Note("alpha %u: expected %u, got %u", alpha, expected, got);
 //!   ...
