@@ -3,6 +3,7 @@
 #ifndef KANVO_BLITSCAN_H
 #define KANVO_BLITSCAN_H
 
+#include "Kanvo_Bitmap.h"
 #include "Kanvo_ColorMath.h"
 
 //! A blit's rectangle, clipped: the same size at both ends.

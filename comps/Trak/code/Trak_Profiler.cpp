@@ -214,7 +214,7 @@ void Trak::PrintTable(std::FILE* pkFile)
                        {
                            return;
                        }
-                       const double dCalls = static_cast<double>(kCounter.uiCalls);
+                       const auto   dCalls = static_cast<double>(kCounter.uiCalls);
                        const double dTotal = bTimed ? static_cast<double>(kCounter.uiTotalNs) / 1000.0 : kCounter.dSum;
                        std::fprintf(pkFile, "%-20s %12" PRIu64 " %11.3f%s %11.3f%s\n", pcCounter, kCounter.uiCalls,
                                     dTotal, bTimed ? " us" : "   ", dTotal / dCalls, bTimed ? " us" : "   ");

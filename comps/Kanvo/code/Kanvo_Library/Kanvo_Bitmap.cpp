@@ -64,7 +64,7 @@ struct TextCursor
     //! Moves over a control character; false for one that is to be drawn.
     Tov_Bool Control(char cChar)
     {
-        constexpr std::uint64_t uiTab = 8U * Kanvo_DebugFont_Width;
+        constexpr auto uiTab = std::uint64_t{8} * Kanvo_DebugFont_Width;
         if (cChar == '\n')
         {
             uiX = uiLeft;

@@ -1,8 +1,6 @@
 // Kanvo_RenderState: slots, defaults and change callbacks.
 #include "Kanvo_RenderState.h"
 
-#include <cstring>
-
 #include "Trak_Assert.h"
 
 namespace
@@ -104,7 +102,7 @@ void Kanvo_RenderState::Store(RenderStates eSlot, Tov_MixedType kValue)
     }
     const Tov_MixedType kOld = m_akState[eSlot];
     m_akState[eSlot]         = kValue;
-    if (m_apCallback[eSlot] != nullptr && std::memcmp(&kOld, &kValue, sizeof kOld) != 0)
+    if (m_apCallback[eSlot] != nullptr && kOld.pvValue != kValue.pvValue)  // the widest member: all bytes
     {
         m_apCallback[eSlot](*this, eSlot, kOld);
     }
