@@ -444,18 +444,19 @@ private:
 
     void Prepare(const Case& thrown)
     {
-        Dice dice(thrown.seed ^ 0x5EED);
-        m_targetBytes    = thrown.target.Bytes(4);
-        m_targetPixels   = Place(m_targetArena, thrown.target, m_targetBytes);
-        m_sourceBytes    = thrown.source.Bytes(reference::BytesPerPixel(thrown.format));
-        m_sourcePixels   = Place(m_sourceArena, thrown.source, m_sourceBytes);
-        const bool keyed = thrown.operation == Operation::Blit && (thrown.flags & BLIT_COLORKEY) != 0;
+        Dice              dice(thrown.seed ^ 0x5EED);
+        const std::size_t targetBytes = thrown.target.Bytes(4);
+        m_targetPixels                = Place(m_targetArena, thrown.target, targetBytes);
+        m_sourceBytes                 = thrown.source.Bytes(reference::BytesPerPixel(thrown.format));
+        m_sourcePixels                = Place(m_sourceArena, thrown.source, m_sourceBytes);
+        const bool keyed              = thrown.operation == Operation::Blit && (thrown.flags & BLIT_COLORKEY) != 0;
         FillContent(dice, m_sourcePixels, m_sourceBytes, thrown.source, thrown.format, thrown.color, keyed);
-        FillContent(dice, m_targetPixels, m_targetBytes, thrown.target, Format::Argb32, thrown.color,
+        FillContent(dice, m_targetPixels, targetBytes, thrown.target, Format::Argb32, thrown.color,
                     keyed && thrown.self);
         constexpr std::size_t around = 256;  // watched on both sides, where there is no fence
-        m_watched = std::max(m_targetArena.Data(), m_targetPixels - around);
-        m_expected.assign(m_watched, std::min(m_targetArena.Data() + ARENA_BYTES, m_targetPixels + m_targetBytes + around));
+        m_watched                    = std::max(m_targetArena.Data(), m_targetPixels - around);
+        m_expected.assign(m_watched,
+                          std::min(m_targetArena.Data() + ARENA_BYTES, m_targetPixels + targetBytes + around));
         m_sourceBefore.assign(m_sourcePixels, m_sourcePixels + m_sourceBytes);
     }
 
@@ -507,7 +508,9 @@ private:
     {
         const Area&       area = thrown.target;
         reference::Target target;
-        target.picture   = {Format::Argb32, area.width, area.height, area.pitch, m_expected.data() + (m_targetPixels - m_watched), thrown.hasAlpha};
+        target.picture = {
+            Format::Argb32, area.width, area.height, area.pitch, m_expected.data() + (m_targetPixels - m_watched),
+            thrown.hasAlpha};
         target.clip      = thrown.clip;
         target.locked    = thrown.locked;
         target.optimised = thrown.renderState == OB_NEON;
@@ -629,9 +632,8 @@ private:
     support::Fence m_targetArena{ARENA_BYTES};
     std::uint8_t*  m_sourcePixels = nullptr;
     std::uint8_t*  m_targetPixels = nullptr;
-    std::uint8_t*  m_watched = nullptr;  // the target's pixels and some memory around them
+    std::uint8_t*  m_watched      = nullptr;  // the target's pixels and some memory around them
     std::size_t    m_sourceBytes  = 0;
-    std::size_t    m_targetBytes  = 0;
     std::vector<std::uint8_t> m_expected;
     std::vector<std::uint8_t> m_sourceBefore;
     support::Snapshot         m_targetObject;

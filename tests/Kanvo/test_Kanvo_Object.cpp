@@ -152,7 +152,10 @@ TEST(Library, LeavesBuffersAloneThatItDidNotGive)
     library.FreeBitmapBuffer(theirs, BBT_KANVO);
     other.FreeBitmapBuffer(theirs + 64, BBT_KANVO);  // inside a buffer is not a buffer
     other.FreeBitmapBuffer(theirs, BBT_ROM);         // and read-only memory is never freed
-    theirs[99] = 7;                                  // still there
+    void* const another = other.AllocBitmapBuffer(BM_ALPHA8, BBT_KANVO, 100, 1);
+    EXPECT_NE(another, theirs);  // which is not free to be given again
+    other.FreeBitmapBuffer(another, BBT_KANVO);
+    theirs[99] = 7;
     other.FreeBitmapBuffer(theirs, BBT_KANVO);
     other.FreeBitmapBuffer(theirs, BBT_KANVO);  // gone already
 }

@@ -17,7 +17,7 @@ public:
     //! pkScreen: the screen whose render state and library object serve it; null only for a bitmap that brings its own
     //! buffer. ubBBT: BitmapBufferType. pBitmapBuffer: uiWidth x uiHeight words, aligned to 4 bytes, kept alive and freed
     //! by the caller, or null for memory of the library. The buffer is not cleared. Without memory the bitmap asserts
-    //! "no memory for the bitmap", and every drawing operation "bitmap has no buffer".
+    //! "no memory for the bitmap", and every drawing operation but debug text "bitmap has no buffer".
     Kanvo_BitmapARGB32(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT = BBT_KANVO,
                        void* pBitmapBuffer = nullptr);
 

@@ -42,15 +42,23 @@ public:
                                                       Kanvo_PixelRGB565 pxBottomLeft, Kanvo_PixelRGB565 pxBottomRight,
                                                       Tov_UByte ubAlphaX, Tov_UByte ubAlphaY)
     {
-        const Tov_Int iWeightX = (ubAlphaX + 1) & ~1;
-        const Tov_Int iWeightY = (ubAlphaY + 1) & ~1;
-        const auto    kMix     = [=](Tov_UByte (*pfnChannel)(Kanvo_PixelRGB565))
-        {
-            const Tov_Int iTop    = Kanvo_MixByte(pfnChannel(pxTopLeft), pfnChannel(pxTopRight), iWeightX);
-            const Tov_Int iBottom = Kanvo_MixByte(pfnChannel(pxBottomLeft), pfnChannel(pxBottomRight), iWeightX);
-            return static_cast<Tov_UByte>(Kanvo_MixByte(iTop, iBottom, iWeightY));
-        };
-        return PixelFromRGB(kMix(&RedFromPixel), kMix(&GreenFromPixel), kMix(&BlueFromPixel));
+        const Tov_Int iX = (ubAlphaX + 1) & ~1;
+        const Tov_Int iY = (ubAlphaY + 1) & ~1;
+        return PixelFromRGB(MixBlock(RedFromPixel(pxTopLeft), RedFromPixel(pxTopRight), RedFromPixel(pxBottomLeft),
+                                     RedFromPixel(pxBottomRight), iX, iY),
+                            MixBlock(GreenFromPixel(pxTopLeft), GreenFromPixel(pxTopRight),
+                                     GreenFromPixel(pxBottomLeft), GreenFromPixel(pxBottomRight), iX, iY),
+                            MixBlock(BlueFromPixel(pxTopLeft), BlueFromPixel(pxTopRight), BlueFromPixel(pxBottomLeft),
+                                     BlueFromPixel(pxBottomRight), iX, iY));
+    }
+
+private:
+    //! One channel of a 2x2 block.
+    static KANVO_INLINE Tov_UByte MixBlock(Tov_Int iTopLeft, Tov_Int iTopRight, Tov_Int iBottomLeft,
+                                           Tov_Int iBottomRight, Tov_Int iWeightX, Tov_Int iWeightY)
+    {
+        return static_cast<Tov_UByte>(Kanvo_MixByte(Kanvo_MixByte(iTopLeft, iTopRight, iWeightX),
+                                                    Kanvo_MixByte(iBottomLeft, iBottomRight, iWeightX), iWeightY));
     }
 };
 

@@ -29,10 +29,10 @@ public:
         DstOffset kDstLine;
         Src::GetOffset(pkSource, uiX1, uiY1, kSrcLine);
         Dst::GetOffset(pkDest, uiX2, uiY2, kDstLine);
-        const auto uiPixels = uiWidth * uiBytesPerPixel / static_cast<Tov_UInt>(sizeof(DstPixel));
+        const Tov_UInt uiRowBytes = uiBytesPerPixel * uiWidth;
         for (Tov_UInt uiY = 0; uiY < uiHeight; ++uiY)
         {
-            Kanvo_RowsReference::Copy(kDstLine, kSrcLine, uiPixels);
+            Kanvo_RowsReference::CopyBytes(kDstLine, kSrcLine, uiRowBytes);
             Src::IncY(pkSource, kSrcLine);
             Dst::IncY(pkDest, kDstLine);
         }

@@ -1,9 +1,9 @@
 // Trak_Profiler: counters that sum calls and time, the trace they record, and the two reports.
 #include "Trak_Profiler.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cinttypes>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -112,18 +112,21 @@ void ForEachCounter(const CounterSet& kSet, Visit kVisit)
 
 void WriteEvents(std::FILE* pkFile, const TraceBuffer& kTrace)
 {
-    const std::uint64_t uiOrigin = kTrace.uiUsed > 0 ? kTrace.pkEvents[0].uiStart : 0;
+    // Events stand in the order of their ends; time counts from the first start.
+    std::uint64_t uiOrigin = UINT64_MAX;
+    for (Tov_UInt uiEvent = 0; uiEvent < kTrace.uiUsed; ++uiEvent)
+    {
+        uiOrigin = std::min(uiOrigin, kTrace.pkEvents[uiEvent].uiStart);
+    }
     std::fprintf(pkFile, "{\"traceEvents\":[\n");
     for (Tov_UInt uiEvent = 0; uiEvent < kTrace.uiUsed; ++uiEvent)
     {
-        const TraceEvent& kEvent = kTrace.pkEvents[uiEvent];
-        // Whole nanoseconds written as decimal microseconds; a scope may have started before the first one that ended.
-        const auto iStart = static_cast<std::int64_t>(kEvent.uiStart - uiOrigin);
+        const TraceEvent&   kEvent  = kTrace.pkEvents[uiEvent];
+        const std::uint64_t uiStart = kEvent.uiStart - uiOrigin;  // nanoseconds, written as decimal microseconds
         std::fprintf(pkFile,
                      "{\"name\":\"%s\",\"cat\":\"draw\",\"ph\":\"X\",\"pid\":1,\"tid\":1,"
-                     "\"ts\":%s%" PRId64 ".%03d,\"dur\":%" PRIu64 ".%03d}%s\n",
-                     kEvent.pcName, iStart < 0 ? "-" : "", std::abs(iStart) / 1000,
-                     static_cast<int>(std::abs(iStart) % 1000), kEvent.uiDuration / 1000,
+                     "\"ts\":%" PRIu64 ".%03d,\"dur\":%" PRIu64 ".%03d}%s\n",
+                     kEvent.pcName, uiStart / 1000, static_cast<int>(uiStart % 1000), kEvent.uiDuration / 1000,
                      static_cast<int>(kEvent.uiDuration % 1000), uiEvent + 1 < kTrace.uiUsed ? "," : "");
     }
     std::fprintf(pkFile, "],\"displayTimeUnit\":\"ns\",\"otherData\":{\"droppedEvents\":%" PRIu64 "}}\n",

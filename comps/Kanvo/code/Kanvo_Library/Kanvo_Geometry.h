@@ -83,7 +83,7 @@ public:
     }
 
     //! Affine map of the plane: scale, then rotate by vAngle degrees (clockwise on the screen, where y grows
-    //! downwards), then move. An angle that is not finite counts as 0.
+    //! downwards), then move.
     static Kanvo_Matrix3 ScaleRotateMove(const Kanvo_Vector2& kScale, Tov_Value vAngle, const Kanvo_Vector2& kMove);
 
     //! First entry of a row; no range check.
@@ -108,7 +108,7 @@ public:
 };
 
 //! Sine and cosine of an angle in degrees, by fixed operations in double precision: equal on every machine, exact at
-//! multiples of 90, error below 1e-15 elsewhere. An angle that is not finite counts as 0.
+//! multiples of 90, error below 1e-15 elsewhere. An angle that is not finite, or 2^31 degrees and more, counts as 0.
 void Kanvo_SinCosDegrees(Tov_Value vAngle, double& dSin, double& dCos);
 
 #endif

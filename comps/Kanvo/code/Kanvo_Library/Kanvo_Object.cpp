@@ -30,7 +30,7 @@ void* AlignedPixels(void* pMemory)
 
 }  // namespace
 
-Kanvo::~Kanvo()
+void Kanvo::CheckReturned() const
 {
     // Bitmaps that live on still use their memory: leaking it is the lesser evil.
     TRAK_CHECK(m_pkBlocks == nullptr, "bitmaps outlive the library object");
@@ -50,7 +50,7 @@ Tov_UInt Kanvo::BytesPerPixel(Tov_UInt uiType)
     }
 }
 
-void* Kanvo::AllocBitmapBuffer(Tov_UInt uiType, Tov_UByte ubBBT, Tov_UInt uiWidth, Tov_UInt uiHeight)
+void* Kanvo::Allocate(Tov_UInt uiType, Tov_UByte ubBBT, Tov_UInt uiWidth, Tov_UInt uiHeight)
 {
     static_assert(OVERHEAD == BUFFER_ALIGNMENT + sizeof(Block));
 
@@ -70,7 +70,7 @@ void* Kanvo::AllocBitmapBuffer(Tov_UInt uiType, Tov_UByte ubBBT, Tov_UInt uiWidt
     return pPixels;
 }
 
-void Kanvo::FreeBitmapBuffer(void* pBuffer, Tov_UByte ubBBT)
+void Kanvo::Free(void* pBuffer, Tov_UByte ubBBT)
 {
     if (ubBBT == BBT_ROM || pBuffer == nullptr)
     {

@@ -17,23 +17,31 @@ public:
     static constexpr std::size_t MAX_BUFFER_BYTES = 0x7FFFFFFF;
 
     Kanvo() = default;
-    virtual ~Kanvo();
+    virtual ~Kanvo() { CheckReturned(); }
     Kanvo(const Kanvo&)            = delete;
     Kanvo& operator=(const Kanvo&) = delete;
 
     //! Memory for uiHeight rows of uiWidth pixels without padding, not cleared. uiType: BitmapType of a format with
     //! whole bytes per pixel. ubBBT: BBT_KANVO or BBT_RAM; for BBT_ROM there is nothing to allocate. Returns null where
     //! the size is zero or above MAX_BUFFER_BYTES, the type has no pixels to store, or memory is exhausted.
-    virtual void* AllocBitmapBuffer(Tov_UInt uiType, Tov_UByte ubBBT, Tov_UInt uiWidth, Tov_UInt uiHeight);
+    virtual void* AllocBitmapBuffer(Tov_UInt uiType, Tov_UByte ubBBT, Tov_UInt uiWidth, Tov_UInt uiHeight)
+    {
+        return Allocate(uiType, ubBBT, uiWidth, uiHeight);
+    }
 
     //! Takes back a bitmap's buffer. Frees what AllocBitmapBuffer of this object returned; a BBT_ROM buffer, a buffer
     //! the caller brought along, and null are left alone.
-    virtual void FreeBitmapBuffer(void* pBuffer, Tov_UByte ubBBT);
+    virtual void FreeBitmapBuffer(void* pBuffer, Tov_UByte ubBBT) { Free(pBuffer, ubBBT); }
 
     //! Bytes of one pixel of a BitmapType; 0 for types whose pixels are not whole bytes or not stored one by one.
     static Tov_UInt BytesPerPixel(Tov_UInt uiType);
 
 private:
+    // The virtual operations are inline, so that code compiled with type information can derive from a library without.
+    void* Allocate(Tov_UInt uiType, Tov_UByte ubBBT, Tov_UInt uiWidth, Tov_UInt uiHeight);
+    void  Free(void* pBuffer, Tov_UByte ubBBT);
+    void  CheckReturned() const;
+
     struct Block;
     Block* m_pkBlocks = nullptr;  //!< every live allocation, newest first
 };

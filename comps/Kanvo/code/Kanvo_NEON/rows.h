@@ -19,6 +19,9 @@ struct Kanvo_RowsReference
     //! Mixes one colour in with KanvoBlit_MixLinear.
     static void FillMix(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha);
 
+    //! Stores uiBytes bytes of one row in another; rows that share memory are copied from left to right.
+    static void CopyBytes(void* pDst, const void* pSrc, Tov_UInt uiBytes);
+
     //! Stores the source pixels.
     static void Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount);
 

@@ -41,18 +41,24 @@ void Kanvo_RowsReference::FillMix(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kan
     }
 }
 
-void Kanvo_RowsReference::Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+void Kanvo_RowsReference::CopyBytes(void* pDst, const void* pSrc, Tov_UInt uiBytes)
 {
-    const auto uiBytes = uiCount * static_cast<Tov_UInt>(sizeof(Kanvo_PixelARGB32));
-    if (!Overlap(kDst, kSrc, uiBytes))
+    if (!Overlap(pDst, pSrc, uiBytes))
     {
-        Tov_Memcpy(kDst, kSrc, uiBytes);
+        Tov_Memcpy(pDst, pSrc, uiBytes);
         return;
     }
-    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    auto* const       pubDst = static_cast<Tov_UByte*>(pDst);
+    const auto* const pubSrc = static_cast<const Tov_UByte*>(pSrc);
+    for (Tov_UInt uiByte = 0; uiByte < uiBytes; ++uiByte)
     {
-        kDst[uiX] = kSrc[uiX];
+        pubDst[uiByte] = pubSrc[uiByte];
     }
+}
+
+void Kanvo_RowsReference::Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+{
+    CopyBytes(kDst, kSrc, uiCount * static_cast<Tov_UInt>(sizeof(Kanvo_PixelARGB32)));
 }
 
 void Kanvo_RowsReference::Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
