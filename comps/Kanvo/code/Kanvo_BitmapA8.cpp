@@ -1,18 +1,6 @@
 // Kanvo_BitmapA8: the source bitmap of its format.
 #include "Kanvo_BitmapA8.h"
 
-Kanvo_BitmapA8::Kanvo_BitmapA8(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT,
-                               void* pBuffer, Tov_UInt uiPitch)
-    : Kanvo_SourceBitmap(BM_ALPHA8, pkScreen, uiWidth, uiHeight, ubBBT, pBuffer, uiPitch)
-{
-}
-
-Kanvo_BitmapA8::Kanvo_BitmapA8(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight,
-                               const Kanvo_PixelA8* pxPixels, Tov_UInt uiPitch)
-    : Kanvo_SourceBitmap(BM_ALPHA8, pkScreen, uiWidth, uiHeight, BBT_ROM, const_cast<Kanvo_PixelA8*>(pxPixels), uiPitch)
-{
-}
-
 Kanvo_Color Kanvo_BitmapA8::ColorFromRGB(Tov_UByte /*ubR*/, Tov_UByte /*ubG*/, Tov_UByte /*ubB*/) const
 {
     return 255;

@@ -38,17 +38,10 @@ public:
 };
 
 //! A source bitmap of A8 pixels.
-class Kanvo_BitmapA8 : public Kanvo_SourceBitmap
+class Kanvo_BitmapA8 : public Kanvo_SourceBitmapOf<Kanvo_PixelA8, BM_ALPHA8>
 {
 public:
-    //! Memory of its own (pBuffer null; not cleared) or over pixels that the caller keeps alive, with uiPitch bytes from
-    //! row to row (0: no padding). Misfits leave it without pixels and assert; see Kanvo_Bitmap::AttachBuffer.
-    explicit Kanvo_BitmapA8(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT = BBT_KANVO,
-                            void* pBuffer = nullptr, Tov_UInt uiPitch = 0);
-
-    //! Over pixels in read-only memory, which Lock must then not be used to change.
-    Kanvo_BitmapA8(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, const Kanvo_PixelA8* pxPixels,
-                   Tov_UInt uiPitch = 0);
+    using Kanvo_SourceBitmapOf::Kanvo_SourceBitmapOf;
 
     //! A colour of this format is its alpha: 255 here, as an RGB colour is opaque.
     Kanvo_Color ColorFromRGB(Tov_UByte ubR, Tov_UByte ubG, Tov_UByte ubB) const override;

@@ -1,19 +1,6 @@
 // Kanvo_BitmapRGB32: the source bitmap of its format.
 #include "Kanvo_BitmapRGB32.h"
 
-Kanvo_BitmapRGB32::Kanvo_BitmapRGB32(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT,
-                                     void* pBuffer, Tov_UInt uiPitch)
-    : Kanvo_SourceBitmap(BM_RGB32, pkScreen, uiWidth, uiHeight, ubBBT, pBuffer, uiPitch)
-{
-}
-
-Kanvo_BitmapRGB32::Kanvo_BitmapRGB32(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight,
-                                     const Kanvo_PixelRGB32* pxPixels, Tov_UInt uiPitch)
-    : Kanvo_SourceBitmap(BM_RGB32, pkScreen, uiWidth, uiHeight, BBT_ROM, const_cast<Kanvo_PixelRGB32*>(pxPixels),
-                         uiPitch)
-{
-}
-
 Kanvo_Color Kanvo_BitmapRGB32::ColorFromRGB(Tov_UByte ubR, Tov_UByte ubG, Tov_UByte ubB) const
 {
     return (static_cast<Tov_UInt>(ubR) << 16) | (static_cast<Tov_UInt>(ubG) << 8) | ubB;

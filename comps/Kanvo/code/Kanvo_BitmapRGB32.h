@@ -23,17 +23,10 @@ public:
 };
 
 //! A source bitmap of RGB32 pixels.
-class Kanvo_BitmapRGB32 : public Kanvo_SourceBitmap
+class Kanvo_BitmapRGB32 : public Kanvo_SourceBitmapOf<Kanvo_PixelRGB32, BM_RGB32>
 {
 public:
-    //! Memory of its own (pBuffer null; not cleared) or over pixels that the caller keeps alive, with uiPitch bytes from
-    //! row to row (0: no padding). Misfits leave it without pixels and assert; see Kanvo_Bitmap::AttachBuffer.
-    explicit Kanvo_BitmapRGB32(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT = BBT_KANVO,
-                               void* pBuffer = nullptr, Tov_UInt uiPitch = 0);
-
-    //! Over pixels in read-only memory, which Lock must then not be used to change.
-    Kanvo_BitmapRGB32(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, const Kanvo_PixelRGB32* pxPixels,
-                      Tov_UInt uiPitch = 0);
+    using Kanvo_SourceBitmapOf::Kanvo_SourceBitmapOf;
 
     //! 0x00RRGGBB, the form a colour key is compared in.
     Kanvo_Color ColorFromRGB(Tov_UByte ubR, Tov_UByte ubG, Tov_UByte ubB) const override;

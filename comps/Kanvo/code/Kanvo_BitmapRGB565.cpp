@@ -1,19 +1,6 @@
 // Kanvo_BitmapRGB565: the source bitmap of its format.
 #include "Kanvo_BitmapRGB565.h"
 
-Kanvo_BitmapRGB565::Kanvo_BitmapRGB565(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT,
-                                       void* pBuffer, Tov_UInt uiPitch)
-    : Kanvo_SourceBitmap(BM_RGB565, pkScreen, uiWidth, uiHeight, ubBBT, pBuffer, uiPitch)
-{
-}
-
-Kanvo_BitmapRGB565::Kanvo_BitmapRGB565(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight,
-                                       const Kanvo_PixelRGB565* pxPixels, Tov_UInt uiPitch)
-    : Kanvo_SourceBitmap(BM_RGB565, pkScreen, uiWidth, uiHeight, BBT_ROM, const_cast<Kanvo_PixelRGB565*>(pxPixels),
-                         uiPitch)
-{
-}
-
 Kanvo_Color Kanvo_BitmapRGB565::ColorFromRGB(Tov_UByte ubR, Tov_UByte ubG, Tov_UByte ubB) const
 {
     return Kanvo_PixelRGB565_Access::PixelFromRGB(ubR, ubG, ubB);

@@ -74,4 +74,25 @@ protected:
                        void* pBuffer, Tov_UInt uiPitch);
 };
 
+//! Adds the constructors of a source bitmap whose pixels have the C++ type Pixel.
+template <class Pixel, BitmapType TYPE>
+class Kanvo_SourceBitmapOf : public Kanvo_SourceBitmap
+{
+public:
+    //! Memory of its own (pBuffer null; not cleared) or over pixels that the caller keeps alive, with uiPitch bytes from
+    //! row to row (0: no padding). Misfits leave it without pixels and assert; see Kanvo_Bitmap::AttachBuffer.
+    Kanvo_SourceBitmapOf(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT = BBT_KANVO,
+                         void* pBuffer = nullptr, Tov_UInt uiPitch = 0)
+        : Kanvo_SourceBitmap(TYPE, pkScreen, uiWidth, uiHeight, ubBBT, pBuffer, uiPitch)
+    {
+    }
+
+    //! Over pixels in read-only memory, which Lock must then not be used to change.
+    Kanvo_SourceBitmapOf(Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, const Pixel* pxPixels,
+                         Tov_UInt uiPitch = 0)
+        : Kanvo_SourceBitmap(TYPE, pkScreen, uiWidth, uiHeight, BBT_ROM, const_cast<Pixel*>(pxPixels), uiPitch)
+    {
+    }
+};
+
 #endif
