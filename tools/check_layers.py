@@ -64,6 +64,8 @@ FOLDERS = {
 EXCEPTIONS = {
     ("comps/Kanvo/code/Kanvo_Library/*", "Kanvo_ColorMath"):
         "a leaf of pure arithmetic that includes nothing above Tov; colours are computed in one place only",
+    ("comps/Kanvo/code/Kanvo_Library/*", "Kanvo_PrecompiledImageInfo"):
+        "a stored form, and the decoder of its tokens: the layout that both the check and the blitters read",
 }
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"]+)"|<([^>]+)>)', re.MULTILINE)

@@ -13,13 +13,6 @@ void NotImplementedYet()
 
 }  // namespace
 
-void Kanvo_BitmapARGB32::BlitAlpha(Kanvo_Bitmap* /*pkSource*/, Kanvo_Bitmap* /*pkAlpha*/, Tov_UInt /*uiWidth*/,
-                                   Tov_UInt /*uiHeight*/, Tov_UInt /*uiSrcX*/, Tov_UInt /*uiSrcY*/, Tov_Int /*iDstX*/,
-                                   Tov_Int /*iDstY*/, Tov_Flag /*ulFlags*/, Tov_UByte /*ubAlpha*/)
-{
-    NotImplementedYet();
-}
-
 void Kanvo_BitmapARGB32::StretchBlit(Kanvo_Bitmap* /*pkSource*/, Tov_UInt /*uiSrcWidth*/, Tov_UInt /*uiSrcHeight*/,
                                      Tov_UInt /*uiSrcX*/, Tov_UInt /*uiSrcY*/, Tov_UInt /*uiDstWidth*/,
                                      Tov_UInt /*uiDstHeight*/, Tov_Int /*iDstX*/, Tov_Int /*iDstY*/,

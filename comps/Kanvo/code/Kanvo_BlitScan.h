@@ -17,10 +17,45 @@ struct Kanvo_BlitRect
     Tov_UInt uiDstY;
 };
 
-//! Calls kRule(source offset, destination offset) for each pixel of the rectangle. Src and Dst are pixel policies. The
-//! rule travels by value and the walk is forced inline, so that the loop is the one a hand would write.
-template <class Src, class Dst, class Rule>
-KANVO_INLINE void Kanvo_BlitScan(const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
+//! A source and its alpha map, which are walked in step.
+struct Kanvo_BitmapAndMap
+{
+    const Kanvo_Bitmap* pkBitmap;
+    const Kanvo_Bitmap* pkMap;
+};
+
+//! The addressing half of a pixel policy for such a pair.
+template <class Src, class Map>
+struct Kanvo_PixelAndMap
+{
+    struct Offset
+    {
+        typename Src::Offset kSrc;
+        typename Map::Offset kMap;
+    };
+
+    static KANVO_INLINE void GetOffset(const Kanvo_BitmapAndMap* pkPair, Tov_UInt uiX, Tov_UInt uiY, Offset& kOffset)
+    {
+        Src::GetOffset(pkPair->pkBitmap, uiX, uiY, kOffset.kSrc);
+        Map::GetOffset(pkPair->pkMap, uiX, uiY, kOffset.kMap);
+    }
+    static KANVO_INLINE void IncX(const Kanvo_BitmapAndMap* pkPair, Offset& kOffset)
+    {
+        Src::IncX(pkPair->pkBitmap, kOffset.kSrc);
+        Map::IncX(pkPair->pkMap, kOffset.kMap);
+    }
+    static KANVO_INLINE void IncY(const Kanvo_BitmapAndMap* pkPair, Offset& kOffset)
+    {
+        Src::IncY(pkPair->pkBitmap, kOffset.kSrc);
+        Map::IncY(pkPair->pkMap, kOffset.kMap);
+    }
+};
+
+//! Calls kRule(source offset, destination offset) for each pixel of the rectangle. Src and Dst are pixel policies, or
+//! for a source with a map a Kanvo_PixelAndMap over a Kanvo_BitmapAndMap. The rule travels by value and the walk is
+//! forced inline, so that the loop is the one a hand would write.
+template <class Src, class Dst, class Source, class Rule>
+KANVO_INLINE void Kanvo_BlitScan(const Source* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
                                  Rule kRule)
 {
     typename Src::Offset kSrcLine;
