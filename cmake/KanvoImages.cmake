@@ -4,8 +4,9 @@
 #   kanvo_add_images(my_program gear.png icons/bell.png FORMAT rle8)
 #   kanvo_add_images(my_program photo.png FORMAT rle8 NAME background OPTIONS --palette-max 64 --dither fs)
 #
-# Every PNG file becomes a C source with a constant array and a header that declares it, both made by kanvo-image, compiled
-# into the target, and made again when the picture or the tool changes. The header's folder is on the target's include path:
+# Every PNG file becomes a C source with a constant array and a header that declares it, both made by kanvo-image,
+# compiled into the target, and made again when the picture or the tool changes. The header's folder is on the target's
+# include path:
 #
 #   #include "image_gear.h"
 #   Kanvo_BitmapRLE gear(&screen, image_gear, IMAGE_GEAR_SIZE);
@@ -14,8 +15,8 @@
 #   NAME     a name for each picture, in their order; otherwise image_<file name>
 #   OPTIONS  further options of `kanvo-image encode`
 #
-# The tool is the target kanvo-image of this build, or the program named by the variable KANVO_IMAGE_PROGRAM: set that where
-# the build is for another machine than the one that builds. Nothing is fetched from anywhere.
+# The tool is the target kanvo-image of this build, or the program named by the variable KANVO_IMAGE_PROGRAM: set that
+# where the build is for another machine than the one that builds. Nothing is fetched from anywhere.
 include_guard(GLOBAL)
 
 function(kanvo_add_images target)

@@ -896,6 +896,20 @@ TEST_F(BlitAlpha, ASourceWithoutBufferDrawsNothing)
     }
 }
 
+TEST_F(BlitAlpha, ANullSourceAssertsAndDrawsNothing)
+{
+    std::uint8_t  cover = 255;
+    std::uint32_t word  = 0x12345678;
+    AnySource     map(&plain, BM_ALPHA8, 1, 1, &cover, 0, true);
+    PitchedTarget bitmap(&plain, 1, 1, &word);
+    bitmap.Lock();
+    for (Kanvo_Bitmap* const through : {static_cast<Kanvo_Bitmap*>(&map), static_cast<Kanvo_Bitmap*>(nullptr)})
+    {
+        EXPECT_EQ(MessagesOf([&] { bitmap.BlitAlpha(nullptr, through, 1, 1, 0, 0, 0, 0, 0, 255); }).size(), 1U);
+    }
+    EXPECT_EQ(word, 0x12345678U);
+}
+
 // ---- RLE sources ----------------------------------------------------------------------------------------------------
 
 TEST_F(BlitAlpha, RLESourcesAreDrawnThroughMapsOfAnyTypeAndUncounted)

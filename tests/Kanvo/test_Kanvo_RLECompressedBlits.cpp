@@ -346,6 +346,23 @@ TEST(RleBlits, HugeFactorsAndFarPositionsAreExact)
     }
 }
 
+//! Magnified, the image is wider than any number of 32 bits.
+TEST(RleBlits, AnImageThatReachesFromOneEndOfTheNumbersBeyondTheOtherIsExact)
+{
+    const RleImage image{16, 60000, 1, OPAQUE, {32768, 1, 0, 2, 2, 3, 27230, 4, 0, 0}};
+    const auto     bytes  = image.Bytes();
+    UncheckedRle   source = SourceOf(image, bytes);
+    for (const int beside : {0, 32760, 32767, 32768, 65535, 100000, 131070, 200000})
+    {
+        Canvas      canvas(12, 2);
+        const Where where{60000, 1, 0, 0, INT32_MIN + beside, 0};
+        canvas.Expect(image, where, 65535, 2, {false, false, 255});
+        Call(ENTRIES[5], source, canvas.Bitmap(), where, 255, 65535, 2);
+        EXPECT_TRUE(canvas.IsAsExpected()) << beside;
+        EXPECT_FALSE(canvas.IsExpectedPaper());
+    }
+}
+
 TEST(RleBlits, PositionsAtTheEndsOfTheNumbersDrawNothing)
 {
     const RleImage image  = Mosaic(OPAQUE);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -380,6 +381,50 @@ TEST(ImageDither, ErrorsDoNotCrossTransparentPixels)
         }
     }
     EXPECT_GT(std::count(shown.begin(), shown.end(), Grey(255)), 160 + 30);  // the left was dithered
+}
+
+TEST(ImageDither, HolesLoseNothing)
+{
+    Picture picture = Flat(Grey(100), 64, 64);
+    Argbs   visible;
+    for (std::size_t pixel = 0; pixel < picture.argb.size(); pixel += 1 + pixel % 3)
+    {
+        picture.argb[pixel] = 0;
+    }
+    const Argbs shown = ShownWith(picture, {0, Grey(0), Grey(255)}, Dither::FloydSteinberg);
+    std::copy_if(shown.begin(), shown.end(), std::back_inserter(visible), [](std::uint32_t argb) { return argb != 0; });
+    EXPECT_LT(visible.size(), 3000U);
+    EXPECT_LE(MeanOff(visible, Grey(100)), 1000);
+}
+
+TEST(ImageDither, ErrorsInAlphaStayAwayFromOpaquePixels)
+{
+    // Left half translucent, between two entries; right half opaque and between two entries by itself: its pixels are
+    // those of a picture without the left half.
+    const Argbs palette{0x20FFFFFFu, 0xC0FFFFFFu, Grey(60), Grey(100)};
+    Picture     picture = Flat(0x80FFFFFFu, 40, 20);
+    for (std::size_t pixel = 0; pixel < picture.argb.size(); ++pixel)
+    {
+        picture.argb[pixel] = pixel % 40 < 20 ? 0x80FFFFFFu : Grey(70);
+    }
+    const Argbs both  = ShownWith(picture, palette, Dither::FloydSteinberg);
+    const Argbs alone = ShownWith(Flat(Grey(70), 20, 20), palette, Dither::FloydSteinberg);
+    EXPECT_GT(std::count(both.begin(), both.end(), 0xC0FFFFFFu), 100);
+    for (std::size_t pixel = 0; pixel < alone.size(); ++pixel)
+    {
+        ASSERT_EQ(both[pixel / 20 * 40 + 20 + pixel % 20], alone[pixel]) << pixel;
+    }
+}
+
+TEST(ImageDither, OrderedFindsWhatItNeedsBehindACrowdOfNearEntries)
+{
+    Argbs palette{Grey(255)};
+    for (std::uint32_t level = 0; level < 30; ++level)
+    {
+        palette.push_back(Grey(level));
+    }
+    // The entries to mix are 226 levels apart, a 64th of that is 3.5.
+    EXPECT_LE(MeanOff(ShownWith(Flat(Grey(60), 64, 64), palette, Dither::Ordered), Grey(60)), 1800);
 }
 
 TEST(ImageDither, AColourBeyondThePaletteDoesNotSmear)

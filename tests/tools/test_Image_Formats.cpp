@@ -230,9 +230,9 @@ TEST(ImageFormats, TellsWhatIsWrongWithARawFileAndWhere)
           Damage{8, 0, 8, "unknown format 0"}, Damage{8, 7, 8, "unknown format 7"}, Damage{9, 2, 9, "version 2"},
           Damage{12, 0, 12, "width 0"}, Damage{13, 0x80, 12, "width 32770"}, Damage{16, 0, 16, "height 0"},
           Damage{18, 1, 16, "height 65539"}, Damage{20, 7, 20, "pitch 7 for rows of 8"}, Damage{20, 10, 20, "pitch 10"},
-          Damage{24, 28, 24, "start at 28"}, Damage{24, 34, 24, "start at 34"}, Damage{24, 60, 24, "start at 60"},
-          Damage{24, 36, 56, "before the last pixel"}, Damage{20, 12, 56, "before the last pixel"},
-          Damage{23, 0xFC, 56, "before the last pixel"}})
+          Damage{20, 4, 20, "pitch 4"}, Damage{24, 28, 24, "start at 28"}, Damage{24, 34, 24, "start at 34"},
+          Damage{24, 60, 24, "start at 60"}, Damage{24, 36, 56, "before the last pixel"},
+          Damage{20, 12, 56, "before the last pixel"}, Damage{23, 0xFC, 56, "before the last pixel"}})
     {
         Bytes bytes                 = good;
         bytes[damage.at]            = damage.value;

@@ -229,6 +229,14 @@ TEST(ImagePalette, PixelsCountNotColours)
     EXPECT_EQ(image::Quantise(argb, 2), (Argbs{Grey(101), Grey(250)}));
 }
 
+TEST(ImagePalette, ColoursMoveToTheNearerMean)
+{
+    // The mean of all is 20.9: {0} and {30, 100, 100}. But 30 is nearer to 0 than to that set's mean, 77.
+    Argbs argb(8, Grey(0));
+    argb.insert(argb.end(), {Grey(30), Grey(100), Grey(100)});
+    EXPECT_EQ(image::Quantise(argb, 2), (Argbs{Grey(3), Grey(100)}));
+}
+
 TEST(ImagePalette, AMeanIsTakenOfPremultipliedColours)
 {
     EXPECT_EQ(image::Quantise({0x80FF0000u, 0x800000FFu}, 1), (Argbs{0x80800080u}));

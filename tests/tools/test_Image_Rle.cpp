@@ -173,6 +173,12 @@ TEST(ImageRle, ARunOfOneMoreThanTheLimitLendsItsRestToTheLiteral)
     EXPECT_EQ(image::EncodeTokens(indices, 255), (Units{255, 6, 0, 4, 6, 1, 2, 3, 0, 0}));
 }
 
+TEST(ImageRle, OfEquallyGoodStreamsTheOneWithTheRunOrTheLongestLiteralFirst)
+{
+    EXPECT_EQ(image::EncodeTokens({1, 2, 1, 2}, 3), (Units{1, 1, 0, 3, 2, 1, 2, 0, 0}));           // not 3 and 1
+    EXPECT_EQ(image::EncodeTokens({1, 2, 1, 2, 1}, 3), (Units{0, 3, 1, 2, 1, 0, 2, 2, 1, 0, 0}));  // not 2 and 3
+}
+
 TEST(ImageRle, LimitsOfBothUnits)
 {
     EXPECT_EQ(image::EncodeTokens(Indices(255, 3), 255), (Units{255, 3, 0, 0}));

@@ -578,6 +578,36 @@ TEST_F(KanvoImage, AnIndexedPictureKeepsItsPaletteEntryByEntry)
     EXPECT_TRUE(ReadStored(Read("indexed.bin")) == LoadPng("indexed.png"));
 }
 
+TEST_F(KanvoImage, AutoCountsTheEntriesThatAKeptPaletteHas)
+{
+    tiny_png::Picture picture{16, 16, tiny_png::Palette, 8,
+                              [](std::uint32_t x, std::uint32_t, int) { return x / 4 % 3 * 80; }};
+    for (unsigned entry = 0; entry < 256; ++entry)
+    {
+        for (const unsigned channel : {entry, 255 - entry, entry / 3})
+        {
+            picture.palette.push_back(static_cast<std::uint8_t>(channel));
+        }
+    }
+    Write("few.png", tiny_png::Encode(picture));
+    const auto encode = [&](const Words& more)
+    {
+        Words words = {"encode", "few.png", "-o", ".", "-f"};
+        words.insert(words.end(), more.begin(), more.end());
+        const Outcome run   = Good(words);
+        std::string   bytes = std::to_string(fs::file_size(m_folder.Path("few.bin")));
+        bytes = bytes.size() > 3 ? bytes.substr(0, bytes.size() - 3) + "," + bytes.substr(bytes.size() - 3) : bytes;
+        EXPECT_TRUE(Has(run.errors.at(0), " " + bytes + " bytes; next is ")) << run.errors.at(0);
+        EXPECT_TRUE(Decoded("few.bin") == LoadPng("few.png"));
+        return run.errors.at(0);
+    };
+    EXPECT_TRUE(Has(encode({}), "rgb32: with the file's palette of 256 colours rle8 and rle16 are larger"));
+    EXPECT_TRUE(Has(encode({"--no-keep-palette"}), "rle8: 3 colours"));
+    EXPECT_TRUE(Has(encode({"--keep-palette"}), "rle8: the file's palette of 256 colours"));
+    EXPECT_EQ(PaletteOf(Read("few.bin")).size(), 256u);
+    EXPECT_TRUE(Has(Good({"info", "few.png"}).output, "rgb32: with the file's palette"));
+}
+
 TEST_F(KanvoImage, APaletteThatMustBeKeptAndCannotIsAnError)
 {
     Write("indexed.png", IndexedPng());
@@ -1079,9 +1109,10 @@ TEST_F(KanvoImage, APictureBeyondTheLimitIsOneLine)
 
     // A few bytes that stand for a thousand million pixels.
     Write("huge.bin", Stored(8, 32767, 32767, {0xFF000000}, {255, 0, 0, 0}));
-    ExpectOneLine(Start({"decode", "huge.bin", "-o", "x.png"}), 1, "32767 x 32767 pixels exceed the limit");
-    ExpectOneLine(Start({"diff", "huge.bin", "huge.bin"}), 2, "32767 x 32767 pixels exceed the limit");
-    Good({"info", "huge.bin"});
+    ExpectOneLine(Start({"decode", "huge.bin", "-o", "x.png"}), 1, "8192, at byte 16");
+    ExpectOneLine(Start({"info", "huge.bin"}), 1, "8192, at byte 16");
+    ExpectOneLine(Start({"diff", "huge.bin", "huge.bin"}), 2, "8192, at byte 16");
+    ExpectOneLine(Start({"verify", "huge.bin"}), 0, "warning: huge.bin: ");
     EXPECT_EQ(Files(), (std::set<std::string>{"huge.bin", "wide.png"}));
 
     Write("fits.png", Make(8192, 1, [](std::uint32_t x, std::uint32_t) { return 0xFF000000 | x; }));
@@ -1262,6 +1293,7 @@ TEST_F(KanvoImage, AWrongCommandLineIsOneLineAndItsOwnExitCode)
         {{"encode", "a.png", "-o", "out", "--bleed", "0"}, "--bleed"},
         {{"encode", "a.png", "-o", "out", "--bleed", "x"}, "--bleed"},
         {{"encode", "a.png", "-o", "out", "--keep-palette", "--no-keep-palette"}, "keep-palette"},
+        {{"encode", "a.png", "-o", "out", "--keep-palette", "--format", "a8"}, "--keep-palette: only rle8 and rle16"},
         {{"encode", "a.png", "b.png", "-o", "out", "--name", "x"}, "--name: only for a single picture"},
         {{"encode", "a.png", "-o", "out", "--c", "--name", "no name"}, "--name: \"no name\" cannot be the name"},
         {{"encode", "a.png", "-o", "out", "--h", "--name", "int"}, "--name: \"int\" cannot be the name"},
@@ -1672,7 +1704,8 @@ TEST_F(KanvoImage, NothingButTheInputDecidesTheBytes)
     const std::string all = R"sh(
         kanvo-image encode $IN/in -o $OUT/auto --bin --c --h -q &&
         kanvo-image encode $IN/in -o $OUT/rle8 --format rle8 --palette-max 9 --dither fs --bin --c --h -q &&
-        kanvo-image encode $IN/in -o $OUT/rle16 --format rle16 --palette-max 300 --dither ordered --bleed 3 --trim --c -q &&
+        kanvo-image encode $IN/in -o $OUT/rle16 --format rle16 --palette-max 300 --dither ordered --bleed 3 --trim --c \
+                           -q &&
         kanvo-image encode $IN/in -o $OUT/565 --format rgb565 --dither fs --bin --h -q &&
         kanvo-image decode $OUT/rle8/photo.bin -o $OUT/photo.png &&
         { kanvo-image diff $IN/in/photo.png $OUT/rle8/photo.bin -o $OUT/heat.png >$OUT/diff.txt || true; } &&

@@ -100,6 +100,10 @@ void CheckArguments(const Arguments& arguments)
     {
         throw UsageFailure("--palette-max: only rle8 and rle16 have a palette, not " + arguments.format);
     }
+    if (arguments.keepGiven && !toRle && format)
+    {
+        throw UsageFailure("--keep-palette: only rle8 and rle16 have a palette, not " + arguments.format);
+    }
     if (arguments.dither != "none" && !toRle && format != image::Format::Rgb565)
     {
         throw UsageFailure("--dither: only rle8, rle16 and rgb565 can lose colours gently, not " + arguments.format);
@@ -179,6 +183,11 @@ struct Result
     bool           translucent = false;  //!< has alpha other than 0 and 255
 };
 
+FilePalette PaletteWish(const Arguments& arguments)
+{
+    return arguments.keepGiven ? FilePalette::Insist : arguments.noKeepGiven ? FilePalette::Drop : FilePalette::Keep;
+}
+
 bool HasTranslucent(const std::vector<std::uint32_t>& argb)
 {
     return std::any_of(argb.begin(), argb.end(),
@@ -214,7 +223,7 @@ Result Convert(const Arguments& arguments, const std::string& input)
     options.dither          = Dithers.at(arguments.dither);
     if (arguments.format == "auto")
     {
-        const image::Choice choice = ChooseFormat(picture, options.keepFilePalette);
+        const image::Choice choice = ChooseFormat(picture, PaletteWish(arguments));
         result.encoded             = image::Encode(picture, choice.format, options);
         result.outcome += choice.reason;
     }
@@ -225,8 +234,7 @@ Result Convert(const Arguments& arguments, const std::string& input)
         result.outcome += arguments.format + ": " + Counted(FileSize(result.encoded), "byte") + ", " + palette +
                           (palette.empty() ? "" : ", ") + FidelityText(result.encoded);
     }
-    if (arguments.keepGiven && indexed && image::IsRle(result.encoded.format) &&
-        result.encoded.origin != image::PaletteOrigin::File)
+    if (arguments.keepGiven && indexed && result.encoded.origin != image::PaletteOrigin::File)
     {
         throw Failure(Shown(input) + ": its palette cannot be kept" +
                       (picture.IsIndexed() ? ", it has " + Counted(picture.palette.size(), "colour")
@@ -253,8 +261,8 @@ void Write(const Job& job, const image::Encoded& encoded)
 
 // ---- all of them ---------------------------------------------------------------------------------------------------
 
-//! What a user should know before drawing. A fringe is warned of where it can be seen, in images that filters scale; what
-//! concerns many pictures in the same way is said once.
+//! What a user should know before drawing. A fringe is warned of where it can be seen, in images that filters scale;
+//! what concerns many pictures in the same way is said once.
 class Advice
 {
 public:

@@ -108,7 +108,7 @@ std::string TokensText(const image::TokenStatistics& tokens)
 
 std::string RleText(const std::string& path, const Bytes& bytes, bool wholePalette)
 {
-    const image::StoredImage stored = image::ReadImage(bytes);
+    const image::StoredImage stored = image::ReadImage(bytes, LongestSide);
     if (!stored)
     {
         throw Failure(FaultText(path, stored.fault.message, stored.fault.offset));
@@ -149,7 +149,7 @@ std::string RleText(const std::string& path, const Bytes& bytes, bool wholePalet
 
 std::string RawText(const std::string& path, const Bytes& bytes)
 {
-    const image::RawImage raw = image::ReadRaw(bytes);
+    const image::RawImage raw = image::ReadRaw(bytes, LongestSide);
     if (!raw)
     {
         throw Failure(FaultText(path, raw.fault.message, raw.fault.offset));
@@ -177,7 +177,7 @@ std::string PngText(const std::string& path, const Bytes& bytes)
     {
         text += Line("palette", Counted(picture.palette.size(), "colour") + "; " + KindsText(picture.palette));
     }
-    const image::Choice choice = ChooseFormat(picture, true);
+    const image::Choice choice = ChooseFormat(picture, FilePalette::Keep);
     text += Line("auto", choice.reason);
     Table sizes({"\nformat", ">bytes", ">of argb32", "lossless"});
     for (const image::Candidate& candidate : choice.candidates)

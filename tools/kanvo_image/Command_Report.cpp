@@ -50,7 +50,7 @@ PictureReport Report(const std::string& path, const std::string& name, bool want
     report.width    = picture.width;
     report.height   = picture.height;
     report.colours  = ColoursText(picture);
-    report.smallest = ChooseFormat(picture, true).format;
+    report.smallest = ChooseFormat(picture, FilePalette::Keep).format;
     for (const image::Format format : image::AllFormats())
     {
         const image::Encoded encoded = image::Encode(picture, format);

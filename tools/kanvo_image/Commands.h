@@ -1,5 +1,5 @@
-// Commands: what kanvo-image can do, a source file for each. Every one adds itself to the command line; when it is the one
-// that was asked for, the action is set to what has to be done.
+// Commands: what kanvo-image can do, a source file for each. Every one adds itself to the command line; when it is the
+// one that was asked for, the action is set to what has to be done.
 //
 //   kanvo_image ──> Command_* ──> Picture_Files ──> Program_Files, Png_Image
 //        │              │

@@ -2,7 +2,8 @@
 #include "Format_Choice.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <utility>
+#include <vector>
 
 #include "Image_Rle.h"
 #include "Program_Text.h"
@@ -19,10 +20,10 @@ std::string SizeOf(const image::Candidate& candidate)
 
 }  // namespace
 
-image::Choice ChooseFormat(const image::Picture& picture, bool keepFilePalette)
+image::Choice ChooseFormat(const image::Picture& picture, FilePalette filePalette)
 {
     image::Choice choice = image::ChooseFormat(picture);
-    if (!keepFilePalette || !picture.IsIndexed())
+    if (filePalette == FilePalette::Drop || !picture.IsIndexed())
     {
         return choice;
     }
@@ -41,13 +42,19 @@ image::Choice ChooseFormat(const image::Picture& picture, bool keepFilePalette)
             candidate.colours = picture.palette.size();
         }
     }
-    std::vector<image::Candidate> order = choice.candidates;
-    order.erase(std::remove_if(order.begin(), order.end(), [](const auto& candidate) { return !candidate.lossless; }),
-                order.end());
+    std::vector<image::Candidate> order;  // the best first; two at least, as an indexed picture fits both RLE formats
+    for (const image::Candidate& candidate : choice.candidates)
+    {
+        if (image::IsRle(candidate.format) || (candidate.lossless && filePalette == FilePalette::Keep))
+        {
+            order.push_back(candidate);
+        }
+    }
+    const auto rank = [](const image::Candidate& candidate)  // of equal ones rgb32 goes first, as it does in the core
+    { return std::pair(candidate.bytes, candidate.format != image::Format::Rgb32); };
     std::stable_sort(order.begin(), order.end(),
-                     [](const auto& first, const auto& second) { return first.bytes < second.bytes; });
+                     [&](const auto& first, const auto& second) { return rank(first) < rank(second); });
 
-    // There are two at least: argb32, and with the 256 colours of an indexed picture rle16.
     const image::Candidate& best    = order[0];
     const std::string       palette = "the file's palette of " + Counted(picture.palette.size(), "colour");
     choice.format                   = best.format;

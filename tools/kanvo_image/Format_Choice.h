@@ -7,9 +7,16 @@
 namespace kanvo_image
 {
 
-//! The lossless format with the smallest file, and why. Where the palette of an indexed picture is kept, its RLE images
-//! have all of the palette's entries, also those that no pixel has.
-image::Choice ChooseFormat(const image::Picture& picture, bool keepFilePalette);
+//! What becomes of the palette of an indexed picture.
+enum class FilePalette
+{
+    Drop,   //!< RLE images get a palette of the colours that pixels have
+    Keep,   //!< RLE images get the file's palette with all its entries
+    Insist  //!< the same, and formats without a palette are out of the question
+};
+
+//! The lossless format with the smallest file, and why.
+image::Choice ChooseFormat(const image::Picture& picture, FilePalette filePalette);
 
 }  // namespace kanvo_image
 

@@ -1,5 +1,5 @@
-// Help_Page: see the header. The examples are run by a test, one after the other, in a folder with photo.png, icon.png and
-// a folder "pictures"; a line ending in "exit status N:" announces one that does not exit with 0.
+// Help_Page: see the header. The examples are run by a test, one after the other, in a folder with photo.png, icon.png
+// and a folder "pictures"; a line ending in "exit status N:" announces one that does not exit with 0.
 #include "Help_Page.h"
 
 #include <vector>
@@ -78,8 +78,8 @@ constexpr const char* Notes = R"(NOTES
 )";
 
 constexpr const char* Limits = R"(LIMITS
-    Pictures    8192 x 8192 pixels, which is 64 Mpixel; verify and info also
-                take larger stored images, up to the library's 32767 x 32767
+    Pictures    8192 x 8192 pixels, which is 64 Mpixel; verify also takes stored
+                images up to the library's own 32767 x 32767
     Palettes    256 colours (rle8), 65536 colours (rle16)
     Files       1 GiB
 )";

@@ -1,4 +1,4 @@
-// Help_Page: what --help prints, laid out like a manual page. Options are listed from the command line's own definition.
+// Help_Page: what --help prints, laid out like a manual page. Options are listed as the command line defines them.
 #ifndef HELP_PAGE_H
 #define HELP_PAGE_H
 

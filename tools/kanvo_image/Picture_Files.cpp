@@ -14,14 +14,15 @@ namespace kanvo_image
 namespace
 {
 
+static_assert(LongestSide == png::MaxSide);
+
 AnyPicture FromRle(const std::string& path, const Bytes& bytes)
 {
-    const image::StoredImage stored = image::ReadImage(bytes);
+    const image::StoredImage stored = image::ReadImage(bytes, LongestSide);
     if (!stored)
     {
         throw Failure(FaultText(path, stored.fault.message, stored.fault.offset));
     }
-    CheckLimits(path, stored.header.width, stored.header.height);  // an early end can stand for pixels without bytes
     if (stored.endsEarly)
     {
         SayWarning(Shown(path) + ": the image ends after " + Grouped(stored.indices.size()) + " of " +
@@ -33,12 +34,11 @@ AnyPicture FromRle(const std::string& path, const Bytes& bytes)
 
 AnyPicture FromRaw(const std::string& path, const Bytes& bytes)
 {
-    const image::RawImage raw = image::ReadRaw(bytes);
+    const image::RawImage raw = image::ReadRaw(bytes, LongestSide);
     if (!raw)
     {
         throw Failure(FaultText(path, raw.fault.message, raw.fault.offset));
     }
-    CheckLimits(path, raw.header.width, raw.header.height);
     return {image::DecodePixels(raw.pixels, raw.header.width, raw.header.height, raw.header.format),
             image::FormatName(raw.header.format)};
 }
@@ -48,15 +48,6 @@ AnyPicture FromRaw(const std::string& path, const Bytes& bytes)
 std::string FaultText(const std::string& path, const std::string& message, std::size_t offset)
 {
     return Shown(path) + ": " + message + ", at byte " + std::to_string(offset);
-}
-
-void CheckLimits(const std::string& path, std::uint32_t width, std::uint32_t height)
-{
-    if (width > png::MaxSide || height > png::MaxSide)
-    {
-        throw Failure(Shown(path) + ": " + SizeText(width, height) + " pixels exceed the limit of " +
-                      SizeText(png::MaxSide, png::MaxSide));
-    }
 }
 
 bool IsPng(const Bytes& bytes)

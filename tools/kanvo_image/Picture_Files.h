@@ -1,5 +1,5 @@
-// Picture_Files: pictures in files of either kind, PNG and stored images. Stands between Program_Files, the PNG reader and
-// the core of the tool, and holds the limits. Failures name file, reason and, in stored images, the byte.
+// Picture_Files: pictures in files of either kind, PNG and stored images. Stands between Program_Files, the PNG reader
+// and the core of the tool, and holds the limits. Failures name file, reason and, in stored images, the byte.
 #ifndef PICTURE_FILES_H
 #define PICTURE_FILES_H
 
@@ -15,8 +15,8 @@ namespace kanvo_image
 //! The message of a fault in a stored image.
 std::string FaultText(const std::string& path, const std::string& message, std::size_t offset);
 
-//! A picture larger than this tool handles is a failure.
-void CheckLimits(const std::string& path, std::uint32_t width, std::uint32_t height);
+//! Pictures and stored images with longer sides are refused, before a few bytes of them ask for gigabytes.
+constexpr std::uint32_t LongestSide = 8192;
 
 bool IsPng(const Bytes& bytes);
 

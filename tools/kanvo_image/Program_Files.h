@@ -1,5 +1,5 @@
-// Program_Files: files and standard streams as whole runs of bytes. A file that is written appears complete or not at all.
-// What cannot be done is thrown as a Failure, one line that names the file and the reason.
+// Program_Files: files and standard streams as whole runs of bytes. A file that is written appears complete or not at
+// all. What cannot be done is thrown as a Failure, one line that names the file and the reason.
 #ifndef PROGRAM_FILES_H
 #define PROGRAM_FILES_H
 
