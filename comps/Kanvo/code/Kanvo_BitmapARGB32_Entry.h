@@ -26,6 +26,12 @@ inline void Kanvo_CheckAlphaMap(const Kanvo_Bitmap* pkAlpha)
                "alpha bitmap is not the right type");
 }
 
+//! As Kanvo_CheckAlphaMap, for the operations with two colours that only know the format BM_ALPHA5_2.
+inline void Kanvo_CheckTwoColorMap(const Kanvo_Bitmap* pkAlpha)
+{
+    TRAK_CHECK(pkAlpha != nullptr && pkAlpha->GetType() == BM_ALPHA5_2, "alpha bitmap is not the right type");
+}
+
 //! Whether a source is a stored image, whose workers take its rectangle as it is and clip for themselves.
 inline Tov_Bool Kanvo_IsRLE(const Kanvo_Bitmap* pkSource)
 {

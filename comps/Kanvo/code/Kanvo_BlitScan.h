@@ -5,6 +5,7 @@
 
 #include "Kanvo_Bitmap.h"
 #include "Kanvo_ColorMath.h"
+#include "Kanvo_PixelAndMap.h"
 
 //! A blit's rectangle, clipped: the same size at both ends.
 struct Kanvo_BlitRect
@@ -15,40 +16,6 @@ struct Kanvo_BlitRect
     Tov_UInt uiSrcY;
     Tov_UInt uiDstX;
     Tov_UInt uiDstY;
-};
-
-//! A source and its alpha map, which are walked in step.
-struct Kanvo_BitmapAndMap
-{
-    const Kanvo_Bitmap* pkBitmap;
-    const Kanvo_Bitmap* pkMap;
-};
-
-//! The addressing half of a pixel policy for such a pair.
-template <class Src, class Map>
-struct Kanvo_PixelAndMap
-{
-    struct Offset
-    {
-        typename Src::Offset kSrc;
-        typename Map::Offset kMap;
-    };
-
-    static KANVO_INLINE void GetOffset(const Kanvo_BitmapAndMap* pkPair, Tov_UInt uiX, Tov_UInt uiY, Offset& kOffset)
-    {
-        Src::GetOffset(pkPair->pkBitmap, uiX, uiY, kOffset.kSrc);
-        Map::GetOffset(pkPair->pkMap, uiX, uiY, kOffset.kMap);
-    }
-    static KANVO_INLINE void IncX(const Kanvo_BitmapAndMap* pkPair, Offset& kOffset)
-    {
-        Src::IncX(pkPair->pkBitmap, kOffset.kSrc);
-        Map::IncX(pkPair->pkMap, kOffset.kMap);
-    }
-    static KANVO_INLINE void IncY(const Kanvo_BitmapAndMap* pkPair, Offset& kOffset)
-    {
-        Src::IncY(pkPair->pkBitmap, kOffset.kSrc);
-        Map::IncY(pkPair->pkMap, kOffset.kMap);
-    }
 };
 
 //! Calls kRule(source offset, destination offset) for each pixel of the rectangle. Src and Dst are pixel policies, or

@@ -66,6 +66,18 @@ inline Tov_Fixed Tov_FltToFix(Tov_Float vFloat)
     return Tov_FltToInt(vFloat * 65536.0F);
 }
 
+//! floor(dValue) of a double, for set-ups that need more than 24 bits; saturates at +-2^62, NaN gives 0.
+inline std::int64_t Tov_DblFloor(double dValue)
+{
+    constexpr double dLimit = 4611686018427387904.0;
+    if (!(dValue > -dLimit && dValue < dLimit))
+    {
+        return dValue >= dLimit ? INT64_C(1) << 62 : dValue <= -dLimit ? -(INT64_C(1) << 62) : 0;
+    }
+    const auto iTruncated = static_cast<std::int64_t>(dValue);
+    return static_cast<double>(iTruncated) > dValue ? iTruncated - 1 : iTruncated;
+}
+
 //! 16.16 to float. Exact up to 24 significant bits, rounded to nearest above.
 inline Tov_Float Tov_FixToFlt(Tov_Fixed fxValue)
 {
