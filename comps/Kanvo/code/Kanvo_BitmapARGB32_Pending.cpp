@@ -13,19 +13,6 @@ void NotImplementedYet()
 
 }  // namespace
 
-void Kanvo_BitmapARGB32::DrawLine(const Kanvo_Vector2& /*kStart*/, const Kanvo_Vector2& /*kEnd*/,
-                                  Kanvo_Color /*kColor*/, Tov_Flag /*ulFlags*/, Tov_Value /*vStartWidth*/,
-                                  Tov_Value /*vEndWidth*/)
-{
-    NotImplementedYet();
-}
-
-void Kanvo_BitmapARGB32::DrawDot(Tov_Value /*vCenterX*/, Tov_Value /*vCenterY*/, Tov_Value /*vRadius*/,
-                                 Kanvo_Color /*kColor*/, Tov_Flag /*uiFlags*/)
-{
-    NotImplementedYet();
-}
-
 void Kanvo_BitmapARGB32::RenderPrimitivePoly(const void* /*pvValues*/, Tov_UInt /*uiCount*/, Tov_UInt /*uiPitch*/,
                                              Tov_Flag /*ulFlags*/, Kanvo_Color /*kColor*/)
 {

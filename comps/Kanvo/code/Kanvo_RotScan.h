@@ -9,12 +9,6 @@
 #include "Kanvo_RotBlitParam.h"
 #include "Tov_Math.h"
 
-//! Steps a coordinate; the step behind the last pixel may leave 16.16 and wraps.
-KANVO_INLINE void Kanvo_StepFixed(Tov_Fixed& fxValue, Tov_Fixed fxStep)
-{
-    fxValue = static_cast<Tov_Fixed>(static_cast<Tov_UInt>(fxValue) + static_cast<Tov_UInt>(fxStep));
-}
-
 //! What a rotated blit is asked for: the source rectangle and how it is turned.
 struct Kanvo_RotRequest
 {
@@ -88,10 +82,10 @@ KANVO_INLINE void Kanvo_RotScan(const Source* pkSource, const Kanvo_Bitmap* pkDe
         {
             if (iLeft < iClipLeft)
             {
-                const auto uiSkip = static_cast<Tov_UInt>(iClipLeft - iLeft);
-                Kanvo_StepFixed(u, static_cast<Tov_Fixed>(static_cast<Tov_UInt>(au) * uiSkip));
-                Kanvo_StepFixed(v, static_cast<Tov_Fixed>(static_cast<Tov_UInt>(av) * uiSkip));
-                iLeft = iClipLeft;
+                const Tov_Int iSkip = iClipLeft - iLeft;
+                u                   = Tov_FixAdd(u, Tov_IntMul(au, iSkip));
+                v                   = Tov_FixAdd(v, Tov_IntMul(av, iSkip));
+                iLeft               = iClipLeft;
             }
             iRight = std::min(iRight, iClipRight);
 
@@ -107,19 +101,19 @@ KANVO_INLINE void Kanvo_RotScan(const Source* pkSource, const Kanvo_Bitmap* pkDe
             // KEPT: the first pixel of a row is drawn even where the row has no width. Test: ARowWithoutWidthGetsOnePixel.
             kDrawPixel(true);
             const Tov_Fixed fxRest = 0x10000 - (kLeft.sx & 0xFFFF);
-            Kanvo_StepFixed(u, Tov_FixMul_RZA1H(au, fxRest));
-            Kanvo_StepFixed(v, Tov_FixMul_RZA1H(av, fxRest));
+            u                      = Tov_FixAdd(u, Tov_FixMul_RZA1H(au, fxRest));
+            v                      = Tov_FixAdd(v, Tov_FixMul_RZA1H(av, fxRest));
             for (Tov_Int iX = iLeft + 1; iX < iRight; ++iX)
             {
                 kDrawPixel(false);
-                Kanvo_StepFixed(u, au);
-                Kanvo_StepFixed(v, av);
+                u = Tov_FixAdd(u, au);
+                v = Tov_FixAdd(v, av);
             }
         }
-        Kanvo_StepFixed(kRight.sx, kRight.dx);
-        Kanvo_StepFixed(kLeft.sx, kLeft.dx);
-        Kanvo_StepFixed(kLeft.u, kLeft.du);
-        Kanvo_StepFixed(kLeft.v, kLeft.dv);
+        kRight.sx = Tov_FixAdd(kRight.sx, kRight.dx);
+        kLeft.sx  = Tov_FixAdd(kLeft.sx, kLeft.dx);
+        kLeft.u   = Tov_FixAdd(kLeft.u, kLeft.du);
+        kLeft.v   = Tov_FixAdd(kLeft.v, kLeft.dv);
     }
 }
 

@@ -96,6 +96,22 @@ inline Tov_Int Tov_FixToInt(Tov_Fixed fxValue)
     return fxValue >> 16;
 }
 
+//! fxA + fxB and fxA - fxB of coordinates that may lie far outside: wraps.
+inline Tov_Fixed Tov_FixAdd(Tov_Fixed fxA, Tov_Fixed fxB)
+{
+    return static_cast<Tov_Fixed>(static_cast<Tov_UInt>(fxA) + static_cast<Tov_UInt>(fxB));
+}
+inline Tov_Fixed Tov_FixSub(Tov_Fixed fxA, Tov_Fixed fxB)
+{
+    return static_cast<Tov_Fixed>(static_cast<Tov_UInt>(fxA) - static_cast<Tov_UInt>(fxB));
+}
+
+//! The product of two plain integers, or of two 8.8 values as 16.16: wraps.
+inline Tov_Fixed Tov_IntMul(Tov_Int iA, Tov_Int iB)
+{
+    return static_cast<Tov_Fixed>(static_cast<Tov_UInt>(iA) * static_cast<Tov_UInt>(iB));
+}
+
 // ---- portable variants ----------------------------------------------------------------------------------------------
 
 //! |fxValue|; the most negative value has no positive twin and is returned as it is.
