@@ -18,6 +18,17 @@ Drawing BlitColorKey;   //
 Drawing BlitFormats;    //
 Drawing BlitPaths;      //
 Drawing BlitColorMaps;  // Scene_BlitColor.cpp
+Drawing AlphaMaps;      // Scene_BlitAlpha.cpp
+Drawing RleBackground;  // Scene_Rle.cpp
+Drawing RleMagnified;   //
+Drawing RleFormats;     //
+Drawing LineFans;       // Scene_Lines.cpp
+Drawing LineWidths;     //
+Drawing LineCaps;       //
+Drawing LinePatterns;   //
+Drawing LineClips;      //
+Drawing DotSizes;       // Scene_Dots.cpp
+Drawing DotClips;       //
 Drawing ClipEdges;      // Scene_Clip.cpp
 Drawing DebugFont;      // Scene_DebugFont.cpp
 Drawing NightFlight;    // Scene_NightFlight.cpp

@@ -460,7 +460,7 @@ protected:
     //! Operations that change pixels once they may.
     static bool Draws(const DrawCall& call)
     {
-        return call.status == DrawCall::WORKS && std::string(call.name) != "Blit2Color";
+        return call.status == DrawCall::WORKS && std::string(call.name).find("Blit2Color") == std::string::npos;
     }
 
     Kanvo              m_library;

@@ -719,12 +719,14 @@ unsigned ClipSegment(Segment& segment, const Region& wide, const Region& region,
     unsigned code = LINE_VISIBLE;
     if (!holds(wide, segment.ax, segment.ay) || !holds(wide, segment.bx, segment.by))
     {
-        const double ax = segment.ax;
-        const double ay = segment.ay;
-        const double dx = static_cast<double>(segment.bx) - ax;
-        const double dy = static_cast<double>(segment.by) - ay;
-        double       t0 = 0.0;
-        double       t1 = 1.0;
+        const double ax    = segment.ax;
+        const double ay    = segment.ay;
+        const double dx    = static_cast<double>(segment.bx) - ax;
+        const double dy    = static_cast<double>(segment.by) - ay;
+        double       t0    = 0.0;
+        double       t1    = 1.0;
+        int          side0 = 0;  // that cuts the start, where one does
+        int          side1 = 0;
         // what is inside a side satisfies p t <= q
         const double p[] = {-dx, dx, -dy, dy};
         const double q[] = {ax - static_cast<double>(wide.minX), static_cast<double>(wide.maxX) - ax,
@@ -732,26 +734,37 @@ unsigned ClipSegment(Segment& segment, const Region& wide, const Region& region,
         for (int side = 0; side < 4; ++side)
         {
             if (p[side] == 0.0 && q[side] < 0.0) return 0;
-            if (p[side] < 0.0) t0 = std::max(t0, q[side] / p[side]);
-            if (p[side] > 0.0) t1 = std::min(t1, q[side] / p[side]);
+            if (p[side] < 0.0 && q[side] / p[side] >= t0)
+            {
+                t0    = q[side] / p[side];
+                side0 = side;
+            }
+            if (p[side] > 0.0 && q[side] / p[side] <= t1)
+            {
+                t1    = q[side] / p[side];
+                side1 = side;
+            }
         }
         if (t0 > t1) return 0;
-        const auto x     = [&](double t) { return std::clamp(static_cast<float>(ax + t * dx), wide.minX, wide.maxX); };
-        const auto y     = [&](double t) { return std::clamp(static_cast<float>(ay + t * dy), wide.minY, wide.maxY); };
-        const bool moveA = t0 > 0.0 || !holds(wide, segment.ax, segment.ay);
-        const bool moveB = t1 < 1.0 || !holds(wide, segment.bx, segment.by);
+        const auto  x = [&](double t) { return std::clamp(static_cast<float>(ax + t * dx), wide.minX, wide.maxX); };
+        const auto  y = [&](double t) { return std::clamp(static_cast<float>(ay + t * dy), wide.minY, wide.maxY); };
+        const float bounds[] = {wide.minX, wide.maxX, wide.minY, wide.maxY};
+        const bool  moveA    = !holds(wide, segment.ax, segment.ay);
+        const bool  moveB    = !holds(wide, segment.bx, segment.by);
         if (moveB)
         {
-            segment.bx = x(t1);
-            segment.by = y(t1);
-            tb         = static_cast<float>(t1);
+            segment.bx                            = x(t1);
+            segment.by                            = y(t1);
+            (side1 < 2 ? segment.bx : segment.by) = bounds[side1];
+            tb                                    = static_cast<float>(t1);
             code |= LINE_CLIPPED;
         }
         if (moveA)
         {
-            segment.ax = x(t0);
-            segment.ay = y(t0);
-            ta         = static_cast<float>(t0);
+            segment.ax                            = x(t0);
+            segment.ay                            = y(t0);
+            (side0 < 2 ? segment.ax : segment.ay) = bounds[side0];
+            ta                                    = static_cast<float>(t0);
             code |= LINE_CLIPPED;
         }
     }

@@ -1,6 +1,8 @@
 // DrawCalls: the list.
 #include "DrawCalls.h"
 
+#include "BlitBitmaps.h"
+
 namespace support
 {
 
@@ -19,6 +21,16 @@ const Kanvo_Primitive& AnyPrimitive()
     return reinterpret_cast<const Kanvo_Primitive&>(NOTHING);
 }
 
+//! The one type of map that operations with two colours take when they scale or turn. No bitmap class has it.
+class TwoColourMap : public AnySource
+{
+public:
+    TwoColourMap() : AnySource(nullptr, BM_ALPHA5_2, 4, 4, m_bytes, 0, true) {}
+
+private:
+    std::uint8_t m_bytes[16] = {};
+};
+
 }  // namespace
 
 const std::vector<DrawCall>& DrawCalls()
@@ -26,27 +38,35 @@ const std::vector<DrawCall>& DrawCalls()
     using Bitmap = Kanvo_Bitmap;
     static const std::vector<DrawCall> CALLS{
         {"Blit", DrawCall::WORKS, [](Bitmap& t, Bitmap& s) { t.Blit(&s, 4, 4, 0, 0, 0, 0, 0, 255, 0); }},
-        {"BlitAlpha", DrawCall::PENDING, [](Bitmap& t, Bitmap& s) { t.BlitAlpha(&s, &s, 4, 4, 0, 0, 0, 0, 0, HALF); }},
+        {"BlitAlpha", DrawCall::WORKS, [](Bitmap& t, Bitmap& s) { t.BlitAlpha(&s, &s, 4, 4, 0, 0, 0, 0, 0, HALF); }},
         {"BlitColor", DrawCall::WORKS, [](Bitmap& t, Bitmap& s) { t.BlitColor(&s, 4, 4, 0, 0, 0, 0, COLOR, 0, 255); }},
         {"Blit2Color", DrawCall::WORKS,
          [](Bitmap& t, Bitmap& s) { t.Blit2Color(&s, 4, 4, 0, 0, 0, 0, COLOR, OTHER, 0, 255); }},
-        {"StretchBlit", DrawCall::PENDING,
+        {"StretchBlit", DrawCall::WORKS,
          [](Bitmap& t, Bitmap& s) { t.StretchBlit(&s, 4, 4, 0, 0, 3, 3, 0, 0, 0, 255, 0); }},
-        {"StretchBlitAlpha", DrawCall::PENDING,
+        {"StretchBlitAlpha", DrawCall::WORKS,
          [](Bitmap& t, Bitmap& s) { t.StretchBlitAlpha(&s, &s, 4, 4, 0, 0, 3, 3, 0, 0, 0, HALF); }},
-        {"StretchBlitColor", DrawCall::PENDING,
+        {"StretchBlitColor", DrawCall::WORKS,
          [](Bitmap& t, Bitmap& s) { t.StretchBlitColor(&s, 4, 4, 0, 0, 3, 3, 0, 0, COLOR, 0, 255); }},
-        {"StretchBlit2Color", DrawCall::PENDING,
-         [](Bitmap& t, Bitmap& s) { t.StretchBlit2Color(&s, 4, 4, 0, 0, 3, 3, 0, 0, COLOR, OTHER, 0, 255); }},
-        {"RotBlit", DrawCall::PENDING,
+        {"StretchBlit2Color", DrawCall::WORKS,
+         [](Bitmap& t, Bitmap&)
+         {
+             TwoColourMap m;
+             t.StretchBlit2Color(&m, 4, 4, 0, 0, 3, 3, 0, 0, COLOR, OTHER, 0, 255);
+         }},
+        {"RotBlit", DrawCall::WORKS,
          [](Bitmap& t, Bitmap& s) { t.RotBlit(&s, 4, 4, 0, 0, 2, 2, 30, 0, 1, 1, 2, 2, 255, 0); }},
-        {"RotBlitAlpha", DrawCall::PENDING,
+        {"RotBlitAlpha", DrawCall::WORKS,
          [](Bitmap& t, Bitmap& s) { t.RotBlitAlpha(&s, &s, 4, 4, 0, 0, 2, 2, 30, 0, 1, 1, 2, 2, HALF); }},
-        {"RotBlitColor", DrawCall::PENDING,
+        {"RotBlitColor", DrawCall::WORKS,
          [](Bitmap& t, Bitmap& s) { t.RotBlitColor(&s, 4, 4, 0, 0, 2, 2, COLOR, 30, 0, 1, 1, 2, 2, 255); }},
-        {"RotBlit2Color", DrawCall::PENDING,
-         [](Bitmap& t, Bitmap& s) { t.RotBlit2Color(&s, 4, 4, 0, 0, 2, 2, COLOR, OTHER, 30, 0, 1, 1, 2, 2, 255); }},
-        {"DrawLine", DrawCall::PENDING,
+        {"RotBlit2Color", DrawCall::WORKS,
+         [](Bitmap& t, Bitmap&)
+         {
+             TwoColourMap m;
+             t.RotBlit2Color(&m, 4, 4, 0, 0, 2, 2, COLOR, OTHER, 30, 0, 1, 1, 2, 2, 255);
+         }},
+        {"DrawLine", DrawCall::WORKS,
          [](Bitmap& t, Bitmap&) {
              t.DrawLine({0, 0}, {4, 4}, COLOR, 0, 1, 1);
          }},
@@ -57,7 +77,7 @@ const std::vector<DrawCall>& DrawCalls()
         {"DrawPrimitive in space", DrawCall::BASE,
          [](Bitmap& t, Bitmap&)
          { t.DrawPrimitive(AnyPrimitive(), Kanvo_Matrix3::IDENTITY, Kanvo_Vector3(0, 0, 0), 0); }},
-        {"DrawDot", DrawCall::PENDING, [](Bitmap& t, Bitmap&) { t.DrawDot(2, 2, 1, COLOR, 0); }},
+        {"DrawDot", DrawCall::WORKS, [](Bitmap& t, Bitmap&) { t.DrawDot(2, 2, 1, COLOR, 0); }},
         {"Clear", DrawCall::WORKS, [](Bitmap& t, Bitmap&) { t.Clear(COLOR); }},
         {"FillRect", DrawCall::WORKS, [](Bitmap& t, Bitmap&) { t.FillRect(4, 4, 0, 0, COLOR, 0); }},
         {"RenderPrimitivePoly", DrawCall::PENDING,

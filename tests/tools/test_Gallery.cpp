@@ -92,19 +92,20 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(fs::exists(Program())) << "build kanvo-gallery first: " << Program();
+        unsigned shade = 50;
         for (const scenes::PictureFile& picture : scenes::PictureFiles())
         {
-            WritePicture(m_pictures, picture.file, picture.width, picture.height, 50);
+            WritePicture(m_pictures, picture.file, picture.width, picture.height, shade++);
         }
     }
 
-    //! A picture with a gradient and alpha.
+    //! A picture with a gradient and alpha, both other ones for every shade.
     static void WritePicture(const Scratch_Folder& folder, const std::string& name, unsigned width, unsigned height,
                              unsigned shade)
     {
         folder.Write(name, tiny_png::Encode({width, height, tiny_png::Rgba, 8,
                                              [shade](std::uint32_t x, std::uint32_t y, int channel)
-                                             { return channel == 3 ? 255 - y : x * 2 + shade; }}));
+                                             { return channel == 3 ? 255 - (y + shade) % 256 : x * 2 + shade; }}));
     }
 
     //! The program must have stopped with one line about this and left nothing behind.

@@ -147,16 +147,16 @@ Fault ReadHeader(const Bytes& bytes, std::uint32_t longestSide, StoredImage& sto
     {
         return {"second word is not \"RLE \"", 4};
     }
-    if (bytes.data[8] != 8 && bytes.data[8] != 16)
-    {
-        return {Words({"token unit of ", std::to_string(bytes.data[8]), " bits, not 8 or 16"}), 8};
-    }
-    header.unit    = static_cast<Unit>(bytes.data[8]);
     header.version = bytes.data[9];
     if (header.version != Header::Version)
     {
         return {Words({"version ", std::to_string(header.version), ", not 1"}), 9};
     }
+    if (bytes.data[8] != 8 && bytes.data[8] != 16)
+    {
+        return {Words({"token unit of ", std::to_string(bytes.data[8]), " bits, not 8 or 16"}), 8};
+    }
+    header.unit       = static_cast<Unit>(bytes.data[8]);
     header.opaqueOnly = bytes.data[10] != 0;
     header.alphaBits  = bytes.data[12];
     header.redBits    = bytes.data[13];
@@ -295,12 +295,6 @@ Fault ReadTokens(const Bytes& bytes, StoredImage& stored)
         {
             return {"a token reaches beyond the data", offset(unit)};
         }
-        if (pixels - done < count)
-        {
-            return {Words({"a token of ", std::to_string(count), " pixels where ", std::to_string(pixels - done),
-                           " are left"}),
-                    offset(unit)};
-        }
         for (std::size_t from = first; from < first + distinct; ++from)
         {
             const std::uint16_t index = at(from);
@@ -312,6 +306,12 @@ Fault ReadTokens(const Bytes& bytes, StoredImage& stored)
             }
             used[index] = true;
             stored.indices.insert(stored.indices.end(), literal ? 1 : count, index);
+        }
+        if (pixels - done < count)
+        {
+            return {Words({"a token of ", std::to_string(count), " pixels where ", std::to_string(pixels - done),
+                           " are left"}),
+                    offset(unit)};
         }
         counter.Add(literal, count);
         unit = first + distinct;

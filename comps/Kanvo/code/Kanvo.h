@@ -19,6 +19,7 @@
 #include "Kanvo_Geometry.h"
 #include "Kanvo_ImageCheck.h"
 #include "Kanvo_Object.h"
+#include "Kanvo_Pattern.h"
 #include "Kanvo_PrecompiledImageInfo.h"
 #include "Kanvo_RenderState.h"
 #include "Kanvo_Screen.h"

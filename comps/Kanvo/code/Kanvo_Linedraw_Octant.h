@@ -7,6 +7,8 @@
 #ifndef KANVO_LINEDRAW_OCTANT_H
 #define KANVO_LINEDRAW_OCTANT_H
 
+#include <algorithm>
+
 #include "Kanvo_Clipper.h"
 #include "Kanvo_Enums.h"
 #include "Kanvo_Spandraw.h"
@@ -49,6 +51,12 @@ struct rasterData
     Tov_Fixed fxSpan;     //!< half the span at fxPosMaj
     Tov_Fixed fxSpanInc;  //!< its change per major step
 };
+
+//! The nearest value that 16.16 has.
+KANVO_INLINE Tov_Fixed Kanvo_HeldInFixed(std::int64_t iValue)
+{
+    return static_cast<Tov_Fixed>(std::max<std::int64_t>(INT32_MIN, std::min<std::int64_t>(INT32_MAX, iValue)));
+}
 
 //! Whole steps from fxPos on while it is <= fxEnd, counted beforehand: at the upper end of 16.16 the position itself could
 //! step past the end unseen.

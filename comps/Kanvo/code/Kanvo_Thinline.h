@@ -41,12 +41,12 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::ThinLineInner(Kanvo_Bitmap* pBitm
             uiCode |= CB_OUTOFBOUND;
         }
     }
-    const Tov_Fixed fxEndMaj = Tov_FixAdd(fxStartMaj, fxDeltaMaj);
+    const std::int64_t iEndMaj = std::int64_t{fxStartMaj} + fxDeltaMaj;  // may lie beyond the upper end of 16.16
     if ((uiCode & (CF_CLIPPED | CB_OUTOFBOUND | CF_OVERFLOW)) != 0)
     {
         // KEPT: a clipped line goes on for half a pixel, so that it reaches the border it was clipped at; others do not.
         // Test: AClippedThinLineGoesOnForHalfAPixel.
-        const std::int64_t iEnd = std::min<std::int64_t>(std::int64_t{fxEndMaj} + 32768, fxMaxMaj);
+        const std::int64_t iEnd = std::min<std::int64_t>(iEndMaj + 32768, fxMaxMaj);
         for (std::int64_t iStep = Kanvo_StepsUpTo(fxPosMaj, iEnd); iStep > 0; --iStep)
         {
             SpanRender::RenderPixel(pBitmap, fxPosMaj, fxPosMin, kStyle, fxMaxMin, fxMinMin, fxMaxMaj, fxMinMaj);
@@ -56,7 +56,8 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::ThinLineInner(Kanvo_Bitmap* pBitm
     }
     else
     {
-        for (std::int64_t iStep = Kanvo_StepsUpTo(fxPosMaj, std::min(fxEndMaj, fxMaxMaj)); iStep > 0; --iStep)
+        for (std::int64_t iStep = Kanvo_StepsUpTo(fxPosMaj, std::min<std::int64_t>(iEndMaj, fxMaxMaj)); iStep > 0;
+             --iStep)
         {
             SpanRender::RenderPixel(pBitmap, fxPosMaj, fxPosMin, kStyle);
             fxPosMaj = Tov_FixAdd(fxPosMaj, 0x10000);

@@ -118,9 +118,10 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineInner(Kanvo_Bitmap* pBitm
     Tov_Fixed       fxAbsMin = Tov_FixAbs(fxOutMin);
     Kanvo_ExtendWideLine(kPos, fxOutMaj, fxOutMin, fxLineWidth, fxWidthFactor, ulFlags);
 
-    rasterData kData{};
-    kData.fxEndMaj = Tov_FixAdd(kPos.fxStartMaj, kPos.fxDeltaMaj);
-    kData.fxSpan   = Tov_FixAdd(Tov_IntMul(fxOutMin >> 8, fxIncMin >> 8), fxOutMaj);
+    // Beyond the upper end of 16.16 there is nothing to draw, so the end is held there, not wrapped.
+    const std::int64_t iEndMaj = std::int64_t{kPos.fxStartMaj} + kPos.fxDeltaMaj;
+    rasterData         kData{};
+    kData.fxSpan = Tov_FixAdd(Tov_IntMul(fxOutMin >> 8, fxIncMin >> 8), fxOutMaj);
     if (fxWidthFactor != 0 && kPos.fxDeltaMaj > 0)
     {
         kData.fxSpanInc = Tov_FixDiv(Tov_FixMul_RZA1H(fxWidthFactor, kData.fxSpan), kPos.fxDeltaMaj);
@@ -137,8 +138,8 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineInner(Kanvo_Bitmap* pBitm
         fxAbsMin = Tov_FixAdd(fxAbsMin, Tov_FixMul_RZA1H(fxWidthFactor, fxAbsMin));  // the end has the end's width
     }
     kData.fxIncMin  = fxIncMin;
-    kData.fxMid2Maj = Tov_FixSub(kData.fxEndMaj, fxAbsMin) & ~0xFFFF;
-    kData.fxEndMaj  = Tov_FixAdd(kData.fxEndMaj, fxAbsMin);
+    kData.fxMid2Maj = Kanvo_HeldInFixed(iEndMaj - fxAbsMin) & ~0xFFFF;
+    kData.fxEndMaj  = Kanvo_HeldInFixed(iEndMaj + fxAbsMin);
 
     const Tov_Bool bFiltered  = (ulFlags & Kanvo_LF_HQ_AA) != 0;
     const Tov_Bool bCorrected = bFiltered && (ulFlags & Kanvo_LF_AA_CLIP_END_PART_CORRECTION) != 0;

@@ -14,7 +14,7 @@ Kanvo_BitmapRLE::Kanvo_BitmapRLE(Kanvo_Screen* pkScreen, const void* pvImage, st
 {
     m_pkScreen               = pkScreen;
     const void* const pvKept = Keep(pvImage, uiBytes, bCopy);
-    if (pvKept != nullptr || !bCopy || pvImage == nullptr)
+    if (pvKept != nullptr || !bCopy || pvImage == nullptr || uiBytes == 0)
     {
         m_kReport = Kanvo_CheckImage(pvKept, uiBytes);
     }

@@ -16,29 +16,46 @@ Tov_Bool IsFinite(const Kanvo_Vector2& kPoint)
     return kPoint.x - kPoint.x == 0.0F && kPoint.y - kPoint.y == 0.0F;
 }
 
-//! The part of a line, in parameters of the uncut one, that is left after cutting at one half plane after the other.
+//! Where a line crosses a bound: the parameter on the uncut line, and the bound's coordinate.
+struct Crossing
+{
+    enum Axis
+    {
+        AXIS_X,
+        AXIS_Y
+    };
+
+    double    dT;
+    Axis      eAxis;
+    Tov_Value vBound;
+};
+
+//! The part of a line that is left after cutting at one half plane after the other.
 struct Part
 {
-    double dFrom = 0.0;
-    double dTo   = 1.0;
+    Crossing kFrom = {0.0, Crossing::AXIS_X, 0.0F};
+    Crossing kTo   = {1.0, Crossing::AXIS_X, 0.0F};
 
-    //! Keeps the t with t * dTowards <= dRoom; false where none is left.
-    Tov_Bool Cut(double dTowards, double dRoom)
+    //! Keeps what lies on the inner side of the lower (dSide -1) or upper (1) bound of an axis, on which the line starts at
+    //! dStart and runs over dDelta. False where nothing is left.
+    Tov_Bool Cut(double dSide, double dStart, double dDelta, Crossing::Axis eAxis, Tov_Value vBound)
     {
+        const double dTowards = dSide * dDelta;
+        const double dRoom    = dSide * (static_cast<double>(vBound) - dStart);
         if (dTowards == 0.0)
         {
             return dRoom >= 0.0;
         }
-        const double dCrossing = dRoom / dTowards;
-        if (dTowards < 0.0)
+        const double dT = dRoom / dTowards;
+        if (dTowards < 0.0 && dT >= kFrom.dT)
         {
-            dFrom = std::max(dFrom, dCrossing);
+            kFrom = {dT, eAxis, vBound};
         }
-        else
+        if (dTowards > 0.0 && dT <= kTo.dT)
         {
-            dTo = std::min(dTo, dCrossing);
+            kTo = {dT, eAxis, vBound};
         }
-        return dFrom <= dTo;
+        return kFrom.dT <= kTo.dT;
     }
 };
 
@@ -102,25 +119,30 @@ Tov_Flag Kanvo_Clipper::Clip(const Region& kRegion, Kanvo_Vector2& kA, Kanvo_Vec
     const double dDX = static_cast<double>(kB.x) - dX;
     const double dDY = static_cast<double>(kB.y) - dY;
     Part         kPart;
-    if (!kPart.Cut(-dDX, dX - kRegion.vMinX) || !kPart.Cut(dDX, kRegion.vMaxX - dX) ||
-        !kPart.Cut(-dDY, dY - kRegion.vMinY) || !kPart.Cut(dDY, kRegion.vMaxY - dY))
+    if (!kPart.Cut(-1.0, dX, dDX, Crossing::AXIS_X, kRegion.vMinX) ||
+        !kPart.Cut(1.0, dX, dDX, Crossing::AXIS_X, kRegion.vMaxX) ||
+        !kPart.Cut(-1.0, dY, dDY, Crossing::AXIS_Y, kRegion.vMinY) ||
+        !kPart.Cut(1.0, dY, dDY, Crossing::AXIS_Y, kRegion.vMaxY))
     {
         return CF_NOTVIS;
     }
-    const auto kAt = [&](double dT)
+    const auto kAt = [&](const Crossing& kCut)
     {
-        return Kanvo_Vector2(Between(dX + dT * dDX, kRegion.vMinX, kRegion.vMaxX),
-                             Between(dY + dT * dDY, kRegion.vMinY, kRegion.vMaxY));
+        Kanvo_Vector2 kPoint(Between(dX + kCut.dT * dDX, kRegion.vMinX, kRegion.vMaxX),
+                             Between(dY + kCut.dT * dDY, kRegion.vMinY, kRegion.vMaxY));
+        (kCut.eAxis == Crossing::AXIS_X ? kPoint.x : kPoint.y) = kCut.vBound;
+        return kPoint;
     };
-    if (kPart.dFrom > 0.0)
+    // Which end moves is asked of the points: an end just outside a bound may have a parameter that rounds to 0 or 1.
+    if (!kRegion.Holds(kA))
     {
-        kA  = kAt(kPart.dFrom);
-        vTa = static_cast<Tov_Value>(kPart.dFrom);
+        kA  = kAt(kPart.kFrom);
+        vTa = static_cast<Tov_Value>(kPart.kFrom.dT);
     }
-    if (kPart.dTo < 1.0)
+    if (!kRegion.Holds(kB))
     {
-        kB  = kAt(kPart.dTo);
-        vTb = static_cast<Tov_Value>(kPart.dTo);
+        kB  = kAt(kPart.kTo);
+        vTb = static_cast<Tov_Value>(kPart.kTo.dT);
     }
     return CF_VIS | CF_CLIPPED;
 }

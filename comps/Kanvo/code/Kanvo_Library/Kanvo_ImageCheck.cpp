@@ -36,13 +36,13 @@ Kanvo_ImageReport CheckHeader(const Info& kInfo, std::size_t uiBytes, BitmapType
     {
         return {IMAGE_NOT_RLE, offsetof(Info, ui_RLE)};
     }
-    if (!UnitMatches(kInfo.ubRLEBits, eType))
-    {
-        return {IMAGE_WRONG_UNIT, offsetof(Info, ubRLEBits)};
-    }
     if (kInfo.ubVersion != Info::VERSION)
     {
         return {IMAGE_UNKNOWN_VERSION, offsetof(Info, ubVersion)};
+    }
+    if (!UnitMatches(kInfo.ubRLEBits, eType))
+    {
+        return {IMAGE_WRONG_UNIT, offsetof(Info, ubRLEBits)};
     }
     if (kInfo.uiWidth == 0 || kInfo.uiWidth > MAX_SIDE)
     {
@@ -101,16 +101,16 @@ Kanvo_ImageReport CheckTokens(const Info& kInfo, std::size_t uiBytes)
         {
             return kReport(IMAGE_TOKEN_CUT_OFF, uiToken);
         }
-        if (uiPixels - uiDone < uiCount)
-        {
-            return kReport(IMAGE_TOO_MANY_PIXELS, uiToken);
-        }
         for (std::size_t uiIndex = 0; uiIndex < uiIndices; ++uiIndex)
         {
             if (puUnits[uiUnit + uiIndex] >= kInfo.uiPaletteColorCount)
             {
                 return kReport(IMAGE_INDEX_TOO_LARGE, uiUnit + uiIndex);
             }
+        }
+        if (uiPixels - uiDone < uiCount)
+        {
+            return kReport(IMAGE_TOO_MANY_PIXELS, uiToken);
         }
         uiUnit += uiIndices;
         uiDone += uiCount;

@@ -25,7 +25,8 @@ public:
 
     //! Fills the period of vPeriod pixels with a gradient through uiCount stops, which must be in order; before the first
     //! and behind the last their colour goes on. Two stops at one place make a hard step. Alpha is mixed like the other
-    //! channels. False, leaving the pattern alone, for no stops, stops out of order or a period that is not positive.
+    //! channels. False, leaving the pattern alone, for no stops, stops out of order, or a period
+    //! that is not positive or above a million pixels.
     Tov_Bool SetStops(const Stop* pkStops, Tov_UInt uiCount, Tov_Value vPeriod);
 
     //! Fills the period with dashes: pvLengths are the lengths in pixels of dash, gap, dash, gap ...; dashes have clDash,
