@@ -3,11 +3,13 @@
 #include "Image_Encode.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
 #include "Dice.h"
-#include "Kanvo_ImageCheck.h"
+#include "Kanvo.h"
+#include "Png_Image.h"
 
 namespace
 {
@@ -256,6 +258,122 @@ TEST(ImageEncode, QuantisedPicturesAreLegalToo)
         ASSERT_LE(encoded.colours, options.mostColours) << "seed " << seed;
         ASSERT_EQ(encoded.data, image::Encode(picture, format, options).data) << "seed " << seed;
     }
+}
+
+// ---- drawn ---------------------------------------------------------------------------------------------------------
+
+constexpr Tov_UInt Backgrounds[] = {0xFF336699U, 0x80FFFFFFU, 0x00000000U};
+
+//! Draws an RLE image over a background, weighted by alpha (BlitAlpha) or not (Blit).
+Argbs Drawn(const Bytes& bytes, Tov_UInt background, Tov_UByte opacity, bool weighted)
+{
+    constexpr Tov_UByte Any = 255;
+    Kanvo_Screen        screen(nullptr);
+    Kanvo_BitmapRLE     image(&screen, bytes.data(), bytes.size());
+    Kanvo_BitmapA8      map(&screen, 1, 1, &Any);  // must be given, and is ignored
+    const Tov_UInt      width  = image.GetWidth();
+    const Tov_UInt      height = image.GetHeight();
+    Argbs               pixels(std::size_t{width} * height, background);
+    Kanvo_BitmapARGB32  target(&screen, width, height, BBT_RAM, pixels.data());
+    target.Lock();
+    if (weighted)
+    {
+        target.BlitAlpha(&image, &map, width, height, 0, 0, 0, 0, 0, opacity);
+    }
+    else
+    {
+        target.Blit(&image, width, height, 0, 0, 0, 0, 0, opacity, 0);
+    }
+    target.Unlock(0, 0, 0, 0);
+    return pixels;
+}
+
+//! What BlitAlpha is to do with the decoded picture: store what is opaque, leave out what is transparent, blend the rest.
+Argbs Blended(const Picture& picture, Tov_UInt background, Tov_UByte opacity)
+{
+    Argbs pixels(picture.argb.size(), background);
+    for (std::size_t at = 0; at < pixels.size(); ++at)
+    {
+        const Tov_UInt own    = picture.argb[at] >> 24;
+        const Tov_UInt scaled = own * opacity;
+        const auto     alpha  = static_cast<Tov_UByte>(opacity == 255 ? own : (scaled + (scaled >> 8) + 1) >> 8);
+        const Tov_UInt colour = picture.argb[at] | 0xFF000000U;
+        if (alpha == 255)
+        {
+            pixels[at] = colour;
+        }
+        else if (alpha != 0)
+        {
+            Kanvo_PixelARGB32_Access::BlendPixel(&pixels[at], colour, alpha);
+        }
+    }
+    return pixels;
+}
+
+//! The decoded picture drawn by the blit of its own format.
+Argbs Blitted(const Picture& picture, Tov_UInt background)
+{
+    Kanvo_Screen       screen(nullptr);
+    Argbs              source = picture.argb;
+    Argbs              pixels(source.size(), background);
+    Kanvo_BitmapARGB32 image(&screen, picture.width, picture.height, BBT_RAM, source.data());
+    Kanvo_BitmapARGB32 target(&screen, picture.width, picture.height, BBT_RAM, pixels.data());
+    target.Lock();
+    target.Blit(&image, picture.width, picture.height, 0, 0, 0, 0, 0, 255, 0);
+    target.Unlock(0, 0, 0, 0);
+    return pixels;
+}
+
+//! Whether a picture that went through an RLE format is drawn as its decoded form is.
+bool IsDrawnAsDecoded(const Picture& picture, Format format, Tov_UInt background, Tov_UByte opacity)
+{
+    const Bytes   bytes   = image::FileBytes(image::Encode(picture, format));
+    const Picture decoded = image::Decode(bytes).picture;
+    const bool    opaque =
+        std::all_of(decoded.argb.begin(), decoded.argb.end(), [](std::uint32_t pixel) { return pixel >> 24 == 255; });
+    return Drawn(bytes, background, opacity, true) == Blended(decoded, background, opacity) &&
+           (!opaque || Drawn(bytes, background, 255, false) == Blitted(decoded, background));
+}
+
+TEST(ImageEncode, TenThousandPicturesAreDrawnAsTheirDecodedFormIs)
+{
+    support::Differences differences;
+    const support::Seeds seeds(10000);
+    for (std::uint64_t seed = seeds.first; seed < seeds.first + seeds.count; ++seed)
+    {
+        Dice          dice(seed);
+        const Picture picture    = RandomPicture(dice);
+        const Format  format     = dice.OneIn(2) ? Format::Rle8 : Format::Rle16;
+        const auto    background = dice.Of({Backgrounds[0], Backgrounds[1], Backgrounds[2]});
+        const auto    opacity    = dice.OneIn(2) ? Tov_UByte{255} : dice.NextByte();
+        if (!IsDrawnAsDecoded(picture, format, background, opacity))
+        {
+            differences.Note("seed %llu", static_cast<unsigned long long>(seed));
+        }
+    }
+    EXPECT_EQ(differences.Count(), 0U) << differences.First();
+}
+
+TEST(ImageEncode, ThePicturesOfTheScenesAreDrawnAsTheirDecodedFormIs)
+{
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(KANVO_SOURCE_DIR "/scenes/pictures"))
+    {
+        if (entry.path().extension() != ".png") continue;
+        const png::LoadResult loaded = png::Load(entry.path().string());
+        ASSERT_TRUE(loaded) << loaded.error;
+        const Picture picture = Of(loaded.image.width, loaded.image.argb);
+        for (const Format format : {Format::Rle8, Format::Rle16})
+        {
+            for (const Tov_UInt background : Backgrounds)
+            {
+                EXPECT_TRUE(IsDrawnAsDecoded(picture, format, background, 255)) << entry.path();
+                EXPECT_TRUE(IsDrawnAsDecoded(picture, format, background, 100)) << entry.path();
+            }
+        }
+        ++count;
+    }
+    EXPECT_GE(count, 10);
 }
 
 }  // namespace
