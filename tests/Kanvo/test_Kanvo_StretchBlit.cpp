@@ -1328,9 +1328,11 @@ TEST(StretchBlit, AStoredImageWithoutSizeReportsADivisionByZero)
     {
         for (const unsigned optimized : BOTH_PATHS)
         {
-            for (const auto& [width, height] : {std::pair<Tov_UInt, Tov_UInt>{0, 4}, {4, 0}, {0, 0}})
+            for (const auto& size : {std::pair<Tov_UInt, Tov_UInt>{0, 4}, {4, 0}, {0, 0}})
             {
-                Stage stage(optimized, 4, 4, 0xFF112233);
+                const Tov_UInt width  = size.first;
+                const Tov_UInt height = size.second;
+                Stage          stage(optimized, 4, 4, 0xFF112233);
                 EXPECT_EQ(
                     MessagesOf([&] { stage.target.StretchBlit(source, width, height, 0, 0, 10, 10, 0, 0, 0, 255, 0); }),
                     Messages{DIV_BY_ZERO});
