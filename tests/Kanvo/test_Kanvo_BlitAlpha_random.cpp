@@ -18,9 +18,9 @@
 #include "DrawSpies.h"
 #include "Fence.h"
 #include "MapLoopSpies.h"
-#include "ObjectSnapshot.h"
 #include "RandomAreas.h"
 #include "Reference_BlitAlpha.h"
+#include "Snapshot.h"
 
 namespace
 {
@@ -382,7 +382,7 @@ private:
         if (std::memcmp(m_sourceBefore.data(), m_sourcePixels, m_sourceBefore.size()) != 0)
             return "the source's pixels changed";
         if (std::memcmp(m_mapBefore.data(), m_mapPixels, m_mapBefore.size()) != 0) return "the map's pixels changed";
-        for (const support::ObjectSnapshot& object : m_objects)
+        for (const support::Snapshot& object : m_objects)
         {
             if (!object.IsUnchanged()) return "target, source, map or screen changed as an object";
         }
@@ -401,7 +401,7 @@ private:
     std::vector<std::uint8_t> m_expected;
     std::vector<std::uint8_t> m_sourceBefore;
     std::vector<std::uint8_t> m_mapBefore;
-    support::ObjectSnapshot   m_objects[4];
+    support::Snapshot         m_objects[4];
     support::AssertCapture    m_asserts;
     support::LoopSpies        m_loops;
     support::MapLoopSpies     m_mapLoops;

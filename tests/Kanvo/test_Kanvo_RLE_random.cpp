@@ -19,11 +19,11 @@
 #include "Fence.h"
 #include "Kanvo_RLECompressedBlits.h"
 #include "MapLoopSpies.h"
-#include "ObjectSnapshot.h"
 #include "RandomAreas.h"
 #include "Reference_Rle.h"
 #include "RleImage.h"
 #include "RleSources.h"
+#include "Snapshot.h"
 
 namespace
 {
@@ -361,8 +361,8 @@ private:
     std::uint8_t*             m_pixels = nullptr;
     reference::RlePicture     m_picture;
     std::vector<std::uint8_t> m_expected;
-    support::ObjectSnapshot   m_targetObject;
-    support::ObjectSnapshot   m_screenObject;
+    support::Snapshot         m_targetObject;
+    support::Snapshot         m_screenObject;
     support::AssertCapture    m_asserts;
     std::uint64_t             m_shownPixels     = 0;
     std::uint64_t             m_showingRequests = 0;

@@ -1,6 +1,6 @@
-// ObjectSnapshot: an object's own bytes at a moment, to prove that a call left it as it was.
-#ifndef OBJECTSNAPSHOT_H
-#define OBJECTSNAPSHOT_H
+// Snapshot: an object's own bytes at a moment, to prove that a call left it as it was.
+#ifndef SNAPSHOT_H
+#define SNAPSHOT_H
 
 #include <cstdint>
 #include <cstring>
@@ -9,9 +9,16 @@
 namespace support
 {
 
-class ObjectSnapshot
+class Snapshot
 {
 public:
+    Snapshot() = default;
+    template <class Object>
+    explicit Snapshot(const Object& object)
+    {
+        Take(object);
+    }
+
     template <class Object>
     void Take(const Object& object)
     {
