@@ -69,7 +69,7 @@ void LineWidths(Kanvo_BitmapARGB32& target, const Input& /*input*/)
 {
     constexpr Tov_Value Widths[] = {2.0F, 3.0F, 5.0F, 12.0F};
 
-    Stage(target, "DrawLine: widths 2, 3, 5, 12", "the last tapers to 1");
+    Stage(target, "DrawLine: widths 2, 3, 5, 12, tapered", "right: 4 x");
     for (Tov_Int row = 0; row < 3; ++row)
     {
         const Quality& quality = Qualities[row];
@@ -77,17 +77,19 @@ void LineWidths(Kanvo_BitmapARGB32& target, const Input& /*input*/)
         Caption(target, 4, top + 32, quality.name, Ink);
         for (Tov_Int column = 0; column < 4; ++column)
         {
-            const auto x     = static_cast<Tov_Value>(94 + column * 66);
+            const auto x     = static_cast<Tov_Value>(88 + column * 53);
             const auto y     = static_cast<Tov_Value>(top) + 36.5F;
             const auto width = Widths[column];
             // fewer of the wider ones, so that none touch
-            Fan(target, x, y, 6.0F + width, 31.0F,
+            Fan(target, x, y, 5.0F + width, 26.0F,
                 column < 2   ? 24
                 : column < 3 ? 16
                              : 8,
                 quality.flags, width, Rainbow[column]);
         }
-        Fan(target, 360.0F, static_cast<Tov_Value>(top) + 36.5F, 31.0F, 7.0F, 12, quality.flags, 9.0F, Ink, 1.0F);
+        Fan(target, 303.0F, static_cast<Tov_Value>(top) + 36.5F, 25.0F, 6.0F, 12, quality.flags, 8.0F, Ink, 1.0F);
+        Magnify(target, {147, top + 16, 16, 17}, 334, top + 3, 4);
+        Outline(target, {334, top + 3, 64, 68}, Edge);
     }
 }
 
