@@ -32,7 +32,7 @@ STEMS = {
     "UMBRELLA": "Kanvo",
     "ENTRY": """
         Kanvo_BitmapARGB32 Kanvo_BitmapARGB32_Blit Kanvo_BitmapARGB32_Stretch Kanvo_BitmapARGB32_Rot
-        Kanvo_BitmapARGB32_Draw Kanvo_BitmapARGB32_Entry Kanvo_BitmapARGB32_Pending""",
+        Kanvo_BitmapARGB32_Draw Kanvo_BitmapARGB32_Entry""",
     "WORKERS": """
         Kanvo_Blit Kanvo_PrecompiledImageInfo Kanvo_RLECompressedBlits Kanvo_StretchBlit Kanvo_RotBlit
         Kanvo_Linedraw Kanvo_Dotdraw Kanvo_Polydraw Kanvo_PolydrawAA Kanvo_Print""",
