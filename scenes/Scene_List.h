@@ -20,6 +20,15 @@ Drawing BlitPaths;      //
 Drawing BlitColorMaps;  // Scene_BlitColor.cpp
 Drawing ClipEdges;      // Scene_Clip.cpp
 Drawing DebugFont;      // Scene_DebugFont.cpp
+Drawing StretchScales;  // Scene_Stretch.cpp
+Drawing StretchKeyed;   //
+Drawing StretchMaps;    //
+Drawing StretchPixels;  //
+Drawing RotNeedles;     // Scene_Rot.cpp
+Drawing RotIcons;       //
+Drawing RotSeams;       //
+Drawing RotPivot;       //
+Drawing RotPixels;      //
 Drawing NightFlight;    // Scene_NightFlight.cpp
 Drawing OwnPicture;     // Scene_OwnPicture.cpp
 

@@ -37,7 +37,7 @@ STEMS = {
         Kanvo_Blit Kanvo_PrecompiledImageInfo Kanvo_RLECompressedBlits Kanvo_StretchBlit Kanvo_RotBlit
         Kanvo_Linedraw Kanvo_Dotdraw Kanvo_Polydraw Kanvo_PolydrawAA Kanvo_Print""",
     "WALKS": """
-        Kanvo_BlitScan Kanvo_StretchScan Kanvo_RotScan Kanvo_Sampler Kanvo_Linedraw_Octant
+        Kanvo_BlitScan Kanvo_StretchScan Kanvo_RotScan Kanvo_Sampler Kanvo_PixelAndMap Kanvo_Linedraw_Octant
         Kanvo_Thinline Kanvo_Wideline Kanvo_Rasterline Kanvo_PolyScan""",
     "SPANS": """
         Kanvo_Spandraw Kanvo_SpandrawTex Kanvo_HSpanRender Kanvo_HSpanRender_AA Kanvo_HSpanRender_HQ_AA
@@ -47,8 +47,10 @@ STEMS = {
         Kanvo_PixelAddress Kanvo_ColorMath""",
 }
 
-# Stems of comps/Kanvo/code/Kanvo_NEON: whole rectangles lie beside the spans, single rows beside the pixels.
+# Stems of comps/Kanvo/code/Kanvo_NEON: whole rectangles lie beside the spans, single rows beside the pixels; scaled
+# rectangles beside the workers, whose bodies they share.
 NEON_STEMS = {
+    "WORKERS": "neonloops_stretch",
     "SPANS": "neonloops neonloops_rects",
     "PIXELS": "rows rows_reference rows_neon rows_avx2",
 }

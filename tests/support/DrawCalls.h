@@ -16,6 +16,7 @@ struct DrawCall
     enum Status
     {
         WORKS,    // in Kanvo_BitmapARGB32
+        REFUSES,  // wants another map: "alpha bitmap is not the right type" there
         PENDING,  // "not implemented yet" there
         BASE      // Kanvo_Bitmap's own, the same in every class; "not implemented yet"
     };

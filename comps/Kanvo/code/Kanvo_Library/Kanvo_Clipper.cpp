@@ -97,13 +97,15 @@ Tov_Flag Kanvo_Clipper::Clip(const Region& kRegion, Kanvo_Vector2& kA, Kanvo_Vec
     {
         return CF_VIS;
     }
-    const double dX  = kA.x;
-    const double dY  = kA.y;
+    const double dX  = static_cast<double>(kA.x);
+    const double dY  = static_cast<double>(kA.y);
     const double dDX = static_cast<double>(kB.x) - dX;
     const double dDY = static_cast<double>(kB.y) - dY;
     Part         kPart;
-    if (!kPart.Cut(-dDX, dX - kRegion.vMinX) || !kPart.Cut(dDX, kRegion.vMaxX - dX) ||
-        !kPart.Cut(-dDY, dY - kRegion.vMinY) || !kPart.Cut(dDY, kRegion.vMaxY - dY))
+    if (!kPart.Cut(-dDX, dX - static_cast<double>(kRegion.vMinX)) ||
+        !kPart.Cut(dDX, static_cast<double>(kRegion.vMaxX) - dX) ||
+        !kPart.Cut(-dDY, dY - static_cast<double>(kRegion.vMinY)) ||
+        !kPart.Cut(dDY, static_cast<double>(kRegion.vMaxY) - dY))
     {
         return CF_NOTVIS;
     }
