@@ -22,6 +22,15 @@ Drawing AlphaMaps;        // Scene_BlitAlpha.cpp
 Drawing RleBackground;    // Scene_Rle.cpp
 Drawing RleMagnified;     //
 Drawing RleFormats;       //
+Drawing StretchScales;    // Scene_Stretch.cpp
+Drawing StretchKeyed;     //
+Drawing StretchMaps;      //
+Drawing StretchPixels;    //
+Drawing RotNeedles;       // Scene_Rot.cpp
+Drawing RotIcons;         //
+Drawing RotSeams;         //
+Drawing RotPivot;         //
+Drawing RotPixels;        //
 Drawing LineFans;         // Scene_Lines.cpp
 Drawing LineWidths;       //
 Drawing LineCaps;         //

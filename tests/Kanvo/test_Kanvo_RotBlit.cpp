@@ -14,6 +14,7 @@
 #include "CountingLibrary.h"
 #include "DrawSpies.h"
 #include "Fence.h"
+#include "Kanvo_RotBlit.h"
 #include "NaiveMix.h"
 #include "Reference_Sample.h"
 #include "StoredImage.h"
@@ -871,4 +872,54 @@ TEST(RotBlit, EachReportNamesTheLineThatChecks)
         EXPECT_NE(report.file.find("Kanvo_Bitmap"), std::string::npos) << report.file;
         EXPECT_GT(report.line, 0U);
     }
+}
+
+TEST(Kanvo_RotBlit, WorkersTakeTheirArgumentsInTheGivenOrder)
+{
+    using Argb32 = Kanvo_PixelARGB32_Access;
+    using Rgb32  = Kanvo_PixelRGB32_Access;
+    using A8     = Kanvo_PixelA8_Access;
+    // pixel (1, 1) of each, twice as wide and three times as high, its left top corner on (3, 1)
+    Words      words(BM_ARGB32, 2, {1, 2, 3, 0x80FF4020});
+    Words      plain(BM_RGB32, 2, {1, 2, 3, 0x22FF4020});
+    Coverage   map(BM_ALPHA8, 2, {0, 0, 0, 255});
+    const auto drawn = [](auto draw)
+    {
+        Stage stage(OB_NONE, 8, 5, 0xFF000000);
+        draw(stage.target);
+        for (unsigned at = 0; at < stage.pixels.size(); ++at)
+        {
+            const bool inside = at % 8 >= 3 && at % 8 < 5 && at / 8 >= 1 && at / 8 < 4;
+            EXPECT_EQ(stage.pixels[at] == stage.At(3, 1), inside) << "pixel " << at;
+        }
+        return stage.At(3, 1);
+    };
+    const auto mixed = support::MixLinear(0xFF000000, 0xFF8040FE, 255);
+    EXPECT_EQ(
+        drawn([&](auto& to)
+              { Kanvo_RotToARGB32<Argb32>::RotBlit_RGB(&words.bitmap, &to, 1, 1, 1, 1, 5, 1, 0, 0, 2, 3, 1, 0, 255); }),
+        0x80FF4020U);
+    EXPECT_EQ(
+        drawn([&](auto& to)
+              { Kanvo_RotToARGB32<Rgb32>::RotBlit_Int(&plain.bitmap, &to, 1, 1, 1, 1, 5, 1, 0, 0, 2, 3, 1, 0, 255); }),
+        0x22FF4020U);
+    EXPECT_EQ(drawn(
+                  [&](auto& to) {
+                      Kanvo_RotToARGB32<Rgb32>::RotBlit_Int_CK(&plain.bitmap, &to, 1, 1, 1, 1, 5, 1, 0, KEY, 2, 3, 1, 0,
+                                                               255, 7);
+                  }),
+              0x00FF4020U);
+    EXPECT_EQ(drawn(
+                  [&](auto& to) {
+                      Kanvo_RotToARGB32<A8>::RotBlit_IntCol(&map.bitmap, &to, 1, 1, 1, 1, 5, 1, 0xFF8040FE, 0, 0, 2, 3,
+                                                            1, 0, 255);
+                  }),
+              mixed);
+    EXPECT_EQ(drawn(
+                  [&](auto& to)
+                  {
+                      Kanvo_RotAlphaToARGB32<Rgb32, A8>::RotBlit_IntAlpha(&plain.bitmap, &map.bitmap, &to, 1, 1, 1, 1,
+                                                                          5, 1, 0, 0, 2, 3, 1, 0, 255);
+                  }),
+              support::MixLinear(0xFF000000, 0x22FF4020, 255));
 }

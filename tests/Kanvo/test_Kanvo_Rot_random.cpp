@@ -22,9 +22,9 @@ namespace
 {
 
 using reference::Format;
-using support::Area;
 using support::Dice;
 using support::Known;
+using support::PictureArea;
 
 enum class Operation
 {
@@ -43,9 +43,9 @@ struct Case
 {
     std::uint64_t                  seed;
     Operation                      operation;
-    Area                           source;  // or the map of RotBlitColor
-    Area                           map;
-    Area                           target;
+    PictureArea                    source;  // or the map of RotBlitColor
+    PictureArea                    map;
+    PictureArea                    target;
     bool                           self;       // the target is its own source
     bool                           sourceMap;  // the source is its own map
     std::optional<reference::Clip> clip;
@@ -173,23 +173,19 @@ Case ThrowCase(std::uint64_t seed, Operation operation)
 {
     Dice dice(seed);
     Case thrown{};
-    thrown.seed      = seed;
-    thrown.operation = operation;
-    thrown.source    = ThrowArea(dice, ThrowSourceFormat(dice, operation));
-    thrown.map       = ThrowArea(dice, ThrowMapFormat(dice));
-    if (dice.OneIn(2))
-    {
-        thrown.map.width  = thrown.source.width;
-        thrown.map.height = thrown.source.height;
-        thrown.map.pitch  = thrown.map.width * static_cast<std::uint32_t>(thrown.map.PixelBytes());
-    }
-    thrown.target      = ThrowArea(dice, support::KNOWN_ARGB32);
+    thrown.seed        = seed;
+    thrown.operation   = operation;
+    thrown.source      = support::ThrowPicture(dice, ThrowSourceFormat(dice, operation));
+    const auto through = ThrowMapFormat(dice);
+    thrown.map         = dice.OneIn(2) ? support::ThrowPicture(dice, through)
+                                       : support::ThrowPicture(dice, through, thrown.source.width, thrown.source.height);
+    thrown.target      = support::ThrowPicture(dice, support::KNOWN_ARGB32);
     const bool isWords = thrown.source.known.format == Format::Argb32;
     thrown.self        = isWords && dice.OneIn(8);
     if (thrown.self) thrown.source = thrown.target;
     thrown.sourceMap = dice.OneIn(10);
     if (thrown.sourceMap) thrown.map = thrown.source;
-    thrown.clip    = ThrowClip(dice, thrown.target);
+    thrown.clip    = support::ThrowAnyClip(dice, thrown.target);
     auto& where    = thrown.where;
     where.width    = ThrowSize(dice, thrown.source.width);
     where.height   = ThrowSize(dice, thrown.source.height);
@@ -264,15 +260,15 @@ private:
         const bool     keyed = thrown.operation == Operation::Rot && (thrown.flags & BLIT_COLORKEY) != 0;
         const auto     key   = keyed ? std::optional<std::uint32_t>(thrown.color) : std::nullopt;
         const unsigned oneIn = dice.Of({1U, 3U, 30U});
-        m_targetPixels       = m_targetArena.Place(thrown.target);
-        m_sourcePixels       = thrown.self ? m_targetPixels : m_sourceArena.Place(thrown.source);
-        m_mapPixels          = thrown.sourceMap ? m_sourcePixels : m_mapArena.Place(thrown.map);
-        FillContent(dice, m_targetPixels, thrown.target.Bytes(), thrown.target);
-        if (!thrown.self) FillContent(dice, m_sourcePixels, thrown.source.Bytes(), thrown.source, key, oneIn);
-        if (!thrown.sourceMap) FillContent(dice, m_mapPixels, thrown.map.Bytes(), thrown.map);
-        m_expected.assign(m_targetPixels, m_targetPixels + thrown.target.Bytes());
-        m_sourceBefore.assign(m_sourcePixels, m_sourcePixels + thrown.source.Bytes());
-        m_mapBefore.assign(m_mapPixels, m_mapPixels + thrown.map.Bytes());
+        m_targetPixels       = thrown.target.In(m_targetArena, thrown.target.PixelBytes());
+        m_sourcePixels = thrown.self ? m_targetPixels : thrown.source.In(m_sourceArena, thrown.source.PixelBytes());
+        m_mapPixels    = thrown.sourceMap ? m_sourcePixels : thrown.map.In(m_mapArena, thrown.map.PixelBytes());
+        FillPicture(dice, m_targetPixels, thrown.target);
+        if (!thrown.self) FillPicture(dice, m_sourcePixels, thrown.source, key, oneIn);
+        if (!thrown.sourceMap) FillPicture(dice, m_mapPixels, thrown.map);
+        m_expected.assign(m_targetPixels, m_targetPixels + thrown.target.Count());
+        m_sourceBefore.assign(m_sourcePixels, m_sourcePixels + thrown.source.Count());
+        m_mapBefore.assign(m_mapPixels, m_mapPixels + thrown.map.Count());
     }
 
     reference::RotOutcome Expect(const Case& thrown, const reference::Target& target, const reference::Picture& source,
@@ -313,7 +309,7 @@ private:
     std::string RunOn(const Case& thrown)
     {
         Kanvo_Screen* const    screen = &m_screens[thrown.renderState];
-        const Area&            area   = thrown.target;
+        const PictureArea&     area   = thrown.target;
         support::PitchedTarget target(screen, area.width, area.height, m_targetPixels, area.pitch);
         if (thrown.clip)
         {
@@ -349,10 +345,10 @@ private:
         m_loops.Clear();
         m_fills.Clear();
         m_counters.Clear();
-        m_targetObject.Take(&target, sizeof target);
-        m_sourceObject.Take(otherSource.Get(), otherSource.ObjectBytes());
-        m_mapObject.Take(otherMap.Get(), otherMap.ObjectBytes());
-        m_screenObject.Take(screen, sizeof *screen);
+        m_targetObject.Take(target);
+        otherSource.TakeInto(m_sourceObject);
+        otherMap.TakeInto(m_mapObject);
+        m_screenObject.Take(*screen);
         {
             support::ForbiddenPadding sourcePadding(thrown.source, m_sourcePixels);
             support::ForbiddenPadding mapPadding(thrown.map, m_mapPixels);
@@ -382,29 +378,29 @@ private:
         {
             return "the map's pixels changed";
         }
-        if (!m_targetObject.AreUnchanged()) return "the target object changed";
-        if (!m_sourceObject.AreUnchanged()) return "the source object changed";
-        if (!m_mapObject.AreUnchanged()) return "the map object changed";
-        if (!m_screenObject.AreUnchanged()) return "the screen or its render state changed";
+        if (!m_targetObject.IsUnchanged()) return "the target object changed";
+        if (!m_sourceObject.IsUnchanged()) return "the source object changed";
+        if (!m_mapObject.IsUnchanged()) return "the map object changed";
+        if (!m_screenObject.IsUnchanged()) return "the screen or its render state changed";
         return {};
     }
 
     Seen                      m_seen;
     Kanvo                     m_library;
     Kanvo_Screen              m_screens[2] = {Kanvo_Screen(&m_library), Kanvo_Screen(&m_library)};
-    support::Arena            m_sourceArena;
-    support::Arena            m_mapArena;
-    support::Arena            m_targetArena;
+    support::Fence            m_sourceArena{support::ARENA_BYTES};
+    support::Fence            m_mapArena{support::ARENA_BYTES};
+    support::Fence            m_targetArena{support::ARENA_BYTES};
     std::uint8_t*             m_sourcePixels = nullptr;
     std::uint8_t*             m_mapPixels    = nullptr;
     std::uint8_t*             m_targetPixels = nullptr;
     std::vector<std::uint8_t> m_expected;
     std::vector<std::uint8_t> m_sourceBefore;
     std::vector<std::uint8_t> m_mapBefore;
-    support::ObjectBytes      m_targetObject;
-    support::ObjectBytes      m_sourceObject;
-    support::ObjectBytes      m_mapObject;
-    support::ObjectBytes      m_screenObject;
+    support::Snapshot   m_targetObject;
+    support::Snapshot   m_sourceObject;
+    support::Snapshot   m_mapObject;
+    support::Snapshot   m_screenObject;
     support::AssertCapture    m_asserts;
     support::LoopSpies        m_fills;
     support::StretchSpies     m_loops;

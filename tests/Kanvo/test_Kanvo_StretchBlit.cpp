@@ -1334,7 +1334,9 @@ TEST(StretchBlit, AStoredImageWithoutSizeReportsADivisionByZero)
                 const Tov_UInt height = size.second;
                 Stage          stage(optimized, 4, 4, 0xFF112233);
                 EXPECT_EQ(
-                    MessagesOf([&] { stage.target.StretchBlit(source, width, height, 0, 0, 10, 10, 0, 0, 0, 255, 0); }),
+                    MessagesOf(
+                        [&]
+                        { stage.target.StretchBlit(source, size.first, size.second, 0, 0, 10, 10, 0, 0, 0, 255, 0); }),
                     Messages{DIV_BY_ZERO});
                 EXPECT_EQ(stage.pixels, Same(16, 0xFF112233));
             }
@@ -1613,4 +1615,26 @@ TEST(Kanvo_StretchBlit, WorkersTakeTheirArgumentsInTheGivenOrder)
     EXPECT_EQ(stage.At(3, 0), MixLinear(0xFF000000, 0xFF8040FE, 255));
     EXPECT_EQ(stage.At(5, 0), MixLinear(0xFF000000, 0xFF8040FE, 255));
     EXPECT_EQ(stage.At(6, 0), 0xFF000000U);
+}
+
+TEST(Kanvo_StretchBlit, TheBodiesWithAndWithoutKeyCanBeCalledAlone)
+{
+    // whatever the flags say of the key
+    using Argb32 = Kanvo_StretchToARGB32<Kanvo_PixelARGB32_Access>;
+    using Rgb32  = Kanvo_StretchToARGB32<Kanvo_PixelRGB32_Access>;
+    Words words(BM_ARGB32, 2, {0xFF000011, 0xFF000022});
+    Words plain(BM_RGB32, 2, {0x11, 0x22});
+    for (const Tov_Flag flags : {Tov_Flag{0}, KEY})
+    {
+        Stage stage(OB_NONE, 4, 4, 0xFF000000);
+        Argb32::StretchBlit_Int<true>(&words.bitmap, &stage.target, 2, 1, 0, 0, 4, 1, 0, 0, flags, 255, 0x22);
+        Argb32::StretchBlit_Int<false>(&words.bitmap, &stage.target, 2, 1, 0, 0, 4, 1, 0, 1, flags, 255, 0x22);
+        Rgb32::StretchBlit_RGB<true>(&plain.bitmap, &stage.target, 2, 1, 0, 0, 4, 1, 0, 2, flags, 255, 0x22);
+        Rgb32::StretchBlit_RGB<false>(&plain.bitmap, &stage.target, 2, 1, 0, 0, 4, 1, 0, 3, flags, 255, 0x22);
+        for (unsigned y = 0; y < 4; ++y)
+        {
+            EXPECT_EQ(stage.At(1, y), 0xFF000011U) << "row " << y;
+            EXPECT_EQ(stage.At(2, y), y % 2 == 0 ? 0xFF000000U : 0xFF000022U) << "row " << y;
+        }
+    }
 }

@@ -19,17 +19,40 @@ Tov_Bool FitToBitmap(Kanvo_RotRequest& kRequest, const Kanvo_Bitmap* pkBitmap)
     return pkBitmap->GetBuffer() != nullptr && kRequest.CutTo(pkBitmap);
 }
 
+//! Calls a worker of a source: after the bitmaps the request's numbers, then what the worker takes beyond.
+template <class Worker, class... Further>
+void Rotate(Worker pfnWorker, const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_RotRequest& k,
+            Further... kFurther)
+{
+    pfnWorker(pkSource, pkDest, k.uiWidth, k.uiHeight, k.uiSrcX, k.uiSrcY, k.vDstX, k.vDstY, k.vAngle, k.ulFlags,
+              k.vStretchX, k.vStretchY, k.vRotPosX, k.vRotPosY, kFurther...);
+}
+
+template <class Map>
+void RotateColor(const Kanvo_Bitmap* pkAlpha, const Kanvo_Bitmap* pkDest, const Kanvo_RotRequest& k,
+                 Kanvo_ColorARGB32 cCol, Tov_UByte ubAlpha)
+{
+    Kanvo_RotToARGB32<Map>::RotBlit_IntCol(pkAlpha, pkDest, k.uiWidth, k.uiHeight, k.uiSrcX, k.uiSrcY, k.vDstX, k.vDstY,
+                                           cCol, k.vAngle, k.ulFlags, k.vStretchX, k.vStretchY, k.vRotPosX, k.vRotPosY,
+                                           ubAlpha);
+}
+
 template <class Src>
 void RotateByMap(const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkAlpha, const Kanvo_Bitmap* pkDest,
-                 const Kanvo_RotRequest& kRequest, Tov_UByte ubAlpha)
+                 const Kanvo_RotRequest& k, Tov_UByte ubAlpha)
 {
+    const auto kThrough = [&](auto pfnWorker)
+    {
+        pfnWorker(pkSource, pkAlpha, pkDest, k.uiWidth, k.uiHeight, k.uiSrcX, k.uiSrcY, k.vDstX, k.vDstY, k.vAngle,
+                  k.ulFlags, k.vStretchX, k.vStretchY, k.vRotPosX, k.vRotPosY, ubAlpha);
+    };
     if (pkAlpha->GetType() == BM_ARGB32)
     {
-        Kanvo_RotAlphaToARGB32<Src, ARGB32>::RotBlit_IntAlpha(pkSource, pkAlpha, pkDest, kRequest, ubAlpha);
+        kThrough(&Kanvo_RotAlphaToARGB32<Src, ARGB32>::RotBlit_IntAlpha);
     }
     else if (pkAlpha->GetType() == BM_ALPHA8)
     {
-        Kanvo_RotAlphaToARGB32<Src, A8>::RotBlit_IntAlpha(pkSource, pkAlpha, pkDest, kRequest, ubAlpha);
+        kThrough(&Kanvo_RotAlphaToARGB32<Src, A8>::RotBlit_IntAlpha);
     }
 }
 
@@ -52,18 +75,18 @@ void Kanvo_BitmapARGB32::RotBlit(Kanvo_Bitmap* pkSource, Tov_UInt uiWidth, Tov_U
     }
     switch (uiType)
     {
-    case BM_ARGB32: Kanvo_RotToARGB32<ARGB32>::RotBlit_RGB(pkSource, this, kRequest, ubAlpha); break;
+    case BM_ARGB32: Rotate(&Kanvo_RotToARGB32<ARGB32>::RotBlit_RGB, pkSource, this, kRequest, ubAlpha); break;
 
-    case BM_ALPHA8: Kanvo_RotToARGB32<A8>::RotBlit_RGB(pkSource, this, kRequest, ubAlpha); break;
+    case BM_ALPHA8: Rotate(&Kanvo_RotToARGB32<A8>::RotBlit_RGB, pkSource, this, kRequest, ubAlpha); break;
 
     default:
         if ((ulFlags & BLIT_COLORKEY) != 0)
         {
-            Kanvo_RotToARGB32<RGB32>::RotBlit_Int_CK(pkSource, this, kRequest, ubAlpha, cColorKey);
+            Rotate(&Kanvo_RotToARGB32<RGB32>::RotBlit_Int_CK, pkSource, this, kRequest, ubAlpha, cColorKey);
         }
         else
         {
-            Kanvo_RotToARGB32<RGB32>::RotBlit_Int(pkSource, this, kRequest, ubAlpha);
+            Rotate(&Kanvo_RotToARGB32<RGB32>::RotBlit_Int, pkSource, this, kRequest, ubAlpha);
         }
         break;
     }
@@ -84,11 +107,11 @@ void Kanvo_BitmapARGB32::RotBlitColor(Kanvo_Bitmap* pkAlpha, Tov_UInt uiWidth, T
     }
     if (pkAlpha->GetType() == BM_ARGB32)
     {
-        Kanvo_RotToARGB32<ARGB32>::RotBlit_IntCol(pkAlpha, this, kRequest, ubAlpha, cCol);
+        RotateColor<ARGB32>(pkAlpha, this, kRequest, cCol, ubAlpha);
     }
     else if (pkAlpha->GetType() == BM_ALPHA8)
     {
-        Kanvo_RotToARGB32<A8>::RotBlit_IntCol(pkAlpha, this, kRequest, ubAlpha, cCol);
+        RotateColor<A8>(pkAlpha, this, kRequest, cCol, ubAlpha);
     }
 }
 

@@ -30,9 +30,13 @@ struct StretchRequest
 
     Tov_Bool IsBilinear() const { return (ulFlags & BLIT_BILINEAR) != 0; }
 
-    //! Calls a worker that begins with source and destination.
-    template <class Worker, class... Further>
-    void Run(Worker pfnWorker, Further... kFurther) const
+    //! A worker: what all of them begin with, and what one takes beyond.
+    template <class... Further>
+    using Worker = void (*)(const Kanvo_Bitmap*, const Kanvo_Bitmap*, Tov_UInt, Tov_UInt, Tov_Int, Tov_Int, Tov_UInt,
+                            Tov_UInt, Tov_Int, Tov_Int, Further...);
+
+    template <class... Further>
+    void Run(Worker<Further...> pfnWorker, Further... kFurther) const
     {
         pfnWorker(pkSource, pkDest, uiSrcWidth, uiSrcHeight, static_cast<Tov_Int>(uiSrcX), static_cast<Tov_Int>(uiSrcY),
                   uiDstWidth, uiDstHeight, iDstX, iDstY, kFurther...);
@@ -54,21 +58,30 @@ struct StretchRequest
                 kFurther...);
     }
 
-    //! Whether the loops may have it: they do not know where the source bitmap ends, nor an empty clip rectangle.
+    //! Whether the loops may have it: they do not know where the source bitmap ends, nor an empty clip rectangle, and
+    //! count destinations from the clip rectangle on, which must not change what 16.16 can hold of them.
     Tov_Bool SuitsLoops() const
     {
         const Tov_UInt uiLeast = IsBilinear() ? 2 : 1;
         return pkDest->GetClipMinX() <= pkDest->GetClipMaxX() && uiSrcWidth >= uiLeast && uiSrcHeight >= uiLeast &&
                uiSrcX <= 0xFFFF && uiSrcY <= 0xFFFF &&
-               Kanvo_IsInside(pkSource, uiSrcX, uiSrcY, uiSrcWidth, uiSrcHeight);
+               Kanvo_IsInside(pkSource, uiSrcX, uiSrcY, uiSrcWidth, uiSrcHeight) &&
+               HoldsBoth(iDstX, pkDest->GetClipMinX(), uiDstWidth) &&
+               HoldsBoth(iDstY, pkDest->GetClipMinY(), uiDstHeight);
     }
 
 private:
-    //! Saturated: so far outside nothing is drawn in any case.
+    //! Whether a destination is in the range of Kanvo_StretchAxis counted from the bitmap on and from the clip on.
+    static Tov_Bool HoldsBoth(Tov_Int iPosition, Tov_UInt uiOrigin, Tov_UInt uiLength)
+    {
+        const std::int64_t iAbsolute = iPosition;
+        return iAbsolute - uiOrigin >= -32768 && iAbsolute + uiLength <= 32767;
+    }
+
+    //! In range: see HoldsBoth.
     static Tov_Int Relative(Tov_Int iPosition, Tov_UInt uiOrigin)
     {
-        const std::int64_t iRelative = std::int64_t{iPosition} - uiOrigin;
-        return iRelative < INT32_MIN ? INT32_MIN : static_cast<Tov_Int>(iRelative);
+        return static_cast<Tov_Int>(std::int64_t{iPosition} - uiOrigin);
     }
 };
 
@@ -102,7 +115,7 @@ void FillSinglePixel(const StretchRequest& kRequest)
     const Kanvo_Bitmap* const pkDest = kRequest.pkDest;
     const Tov_UInt            uiX    = pkDest->GetClipMinX();
     const Tov_UInt            uiY    = pkDest->GetClipMinY();
-    if (uiX > pkDest->GetClipMaxX())
+    if (uiX > pkDest->GetClipMaxX() || !Kanvo_IsInside(kRequest.pkSource, 0, 0, 1, 1))
     {
         return;
     }

@@ -10,16 +10,20 @@
 #include "Kanvo_RotScan.h"
 #include "Kanvo_Sampler.h"
 
-//! Static methods over a source and a destination format, each given as pixel type, pointer type and access policy. The
-//! source rectangle of the request lies inside its bitmap.
+//! Static methods over a source and a destination format, each given as pixel type, pointer type and access policy. All
+//! take the numbers as the entries do, but for the source rectangle, which has to lie inside its bitmap.
 template <class SrcPixel, class SrcOffset, class Src, class DstPixel, class DstOffset, class Dst>
 class Kanvo_RotBlit
 {
 public:
     //! Converts through red, green and blue and keeps the sample's alpha: stored, or below full opacity blended by it.
-    static void RotBlit_RGB(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst, const Kanvo_RotRequest& kRequest,
-                            Tov_UByte ubAlpha)
+    static void RotBlit_RGB(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst, Tov_UInt uiWidth, Tov_UInt uiHeight,
+                            Tov_UInt uiSrcX, Tov_UInt uiSrcY, Tov_Value vDstX, Tov_Value vDstY, Tov_Value vAngle,
+                            Tov_Flag ulFlags, Tov_Value vStretchX, Tov_Value vStretchY, Tov_Value vRotPosX,
+                            Tov_Value vRotPosY, Tov_UByte ubAlpha)
     {
+        const Kanvo_RotRequest kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
+                                        vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
         Draw(pkSrc, pkDst, kRequest,
              [ubAlpha](DstOffset kDst, SrcPixel px)
              {
@@ -31,16 +35,24 @@ public:
 
     //! Takes samples as they are, the top byte included.
     // KEPT: the top byte of an RGB32 source reaches the destination's alpha. Test: ARotatedRGB32SourceWritesItsTopByte.
-    static void RotBlit_Int(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst, const Kanvo_RotRequest& kRequest,
-                            Tov_UByte ubAlpha)
+    static void RotBlit_Int(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst, Tov_UInt uiWidth, Tov_UInt uiHeight,
+                            Tov_UInt uiSrcX, Tov_UInt uiSrcY, Tov_Value vDstX, Tov_Value vDstY, Tov_Value vAngle,
+                            Tov_Flag ulFlags, Tov_Value vStretchX, Tov_Value vStretchY, Tov_Value vRotPosX,
+                            Tov_Value vRotPosY, Tov_UByte ubAlpha)
     {
+        const Kanvo_RotRequest kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
+                                        vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
         Draw(pkSrc, pkDst, kRequest, [ubAlpha](DstOffset kDst, SrcPixel px) { Write(kDst, px, ubAlpha); });
     }
 
     //! Takes the samples' colour, and leaves out samples that equal the key; filtered ones are compared filtered.
-    static void RotBlit_Int_CK(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst, const Kanvo_RotRequest& kRequest,
-                               Tov_UByte ubAlpha, Kanvo_Color cColorKey)
+    static void RotBlit_Int_CK(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst, Tov_UInt uiWidth,
+                               Tov_UInt uiHeight, Tov_UInt uiSrcX, Tov_UInt uiSrcY, Tov_Value vDstX, Tov_Value vDstY,
+                               Tov_Value vAngle, Tov_Flag ulFlags, Tov_Value vStretchX, Tov_Value vStretchY,
+                               Tov_Value vRotPosX, Tov_Value vRotPosY, Tov_UByte ubAlpha, Kanvo_Color cColorKey)
     {
+        const Kanvo_RotRequest kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
+                                        vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
         Draw(pkSrc, pkDst, kRequest,
              [ubAlpha, cColorKey](DstOffset kDst, SrcPixel px)
              {
@@ -53,10 +65,14 @@ public:
     }
 
     //! One colour, with the samples' alpha times ubAlpha as coverage.
-    static void RotBlit_IntCol(const Kanvo_Bitmap* pkAlpha, const Kanvo_Bitmap* pkDst, const Kanvo_RotRequest& kRequest,
-                               Tov_UByte ubAlpha, Kanvo_ColorARGB32 cCol)
+    static void RotBlit_IntCol(const Kanvo_Bitmap* pkAlpha, const Kanvo_Bitmap* pkDst, Tov_UInt uiWidth,
+                               Tov_UInt uiHeight, Tov_UInt uiSrcX, Tov_UInt uiSrcY, Tov_Value vDstX, Tov_Value vDstY,
+                               Kanvo_ColorARGB32 cCol, Tov_Value vAngle, Tov_Flag ulFlags, Tov_Value vStretchX,
+                               Tov_Value vStretchY, Tov_Value vRotPosX, Tov_Value vRotPosY, Tov_UByte ubAlpha)
     {
-        const DstPixel pxColor = Dst::ColorToPixel(cCol);
+        const Kanvo_RotRequest kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
+                                        vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
+        const DstPixel         pxColor = Dst::ColorToPixel(cCol);
         Draw(pkAlpha, pkDst, kRequest,
              [ubAlpha, pxColor](DstOffset kDst, SrcPixel px)
              { Dst::BlendPixel(kDst, pxColor, Kanvo_MulByte(Src::AlphaFromPixel(px), ubAlpha)); });
@@ -112,8 +128,12 @@ class Kanvo_RotBlitAlpha
 public:
     //! Blends the samples as they are, unconverted, by the map's samples times ubAlpha.
     static void RotBlit_IntAlpha(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkAlpha, const Kanvo_Bitmap* pkDst,
-                                 const Kanvo_RotRequest& kRequest, Tov_UByte ubAlpha)
+                                 Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UInt uiSrcX, Tov_UInt uiSrcY, Tov_Value vDstX,
+                                 Tov_Value vDstY, Tov_Value vAngle, Tov_Flag ulFlags, Tov_Value vStretchX,
+                                 Tov_Value vStretchY, Tov_Value vRotPosX, Tov_Value vRotPosY, Tov_UByte ubAlpha)
     {
+        const Kanvo_RotRequest   kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
+                                        vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
         const Kanvo_BitmapAndMap kBoth{pkSrc, pkAlpha};
         if ((kRequest.ulFlags & BLIT_BILINEAR) != 0)
         {

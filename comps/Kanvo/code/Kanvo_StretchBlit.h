@@ -207,6 +207,18 @@ class Kanvo_StretchBlit
 public:
     using Body = Kanvo_StretchBody<Src, Dst>;
 
+    //! A source with its own alpha; with BLIT_COLORKEY without the key's colour.
+    static void StretchBlit_Int(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDest, Tov_UInt uiSrcWidth,
+                                Tov_UInt uiSrcHeight, Tov_Int iSrcX, Tov_Int iSrcY, Tov_UInt uiDstWidth,
+                                Tov_UInt uiDstHeight, Tov_Int iDstX, Tov_Int iDstY, Tov_Flag ulFlags, Tov_UByte ubAlpha,
+                                Kanvo_Color cColorKey)
+    {
+        const auto pfnBlit = (ulFlags & BLIT_COLORKEY) != 0 ? &StretchBlit_Int<true> : &StretchBlit_Int<false>;
+        pfnBlit(pkSrc, pkDest, uiSrcWidth, uiSrcHeight, iSrcX, iSrcY, uiDstWidth, uiDstHeight, iDstX, iDstY, ulFlags,
+                ubAlpha, cColorKey);
+    }
+
+    template <bool KEYED>
     static void StretchBlit_Int(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDest, Tov_UInt uiSrcWidth,
                                 Tov_UInt uiSrcHeight, Tov_Int iSrcX, Tov_Int iSrcY, Tov_UInt uiDstWidth,
                                 Tov_UInt uiDstHeight, Tov_Int iDstX, Tov_Int iDstY, Tov_Flag ulFlags, Tov_UByte ubAlpha,
@@ -217,7 +229,7 @@ public:
         {
             return;
         }
-        if ((ulFlags & BLIT_COLORKEY) != 0)
+        if constexpr (KEYED)
         {
             Body::IntKeyed(kCall, ubAlpha, cColorKey);
         }
@@ -227,6 +239,18 @@ public:
         }
     }
 
+    //! A source converted through red, green and blue; with BLIT_COLORKEY without the key's colour.
+    static void StretchBlit_RGB(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDest, Tov_UInt uiSrcWidth,
+                                Tov_UInt uiSrcHeight, Tov_Int iSrcX, Tov_Int iSrcY, Tov_UInt uiDstWidth,
+                                Tov_UInt uiDstHeight, Tov_Int iDstX, Tov_Int iDstY, Tov_Flag ulFlags, Tov_UByte ubAlpha,
+                                Kanvo_Color cColorKey)
+    {
+        const auto pfnBlit = (ulFlags & BLIT_COLORKEY) != 0 ? &StretchBlit_RGB<true> : &StretchBlit_RGB<false>;
+        pfnBlit(pkSrc, pkDest, uiSrcWidth, uiSrcHeight, iSrcX, iSrcY, uiDstWidth, uiDstHeight, iDstX, iDstY, ulFlags,
+                ubAlpha, cColorKey);
+    }
+
+    template <bool KEYED>
     static void StretchBlit_RGB(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDest, Tov_UInt uiSrcWidth,
                                 Tov_UInt uiSrcHeight, Tov_Int iSrcX, Tov_Int iSrcY, Tov_UInt uiDstWidth,
                                 Tov_UInt uiDstHeight, Tov_Int iDstX, Tov_Int iDstY, Tov_Flag ulFlags, Tov_UByte ubAlpha,
@@ -237,7 +261,7 @@ public:
         {
             return;
         }
-        if ((ulFlags & BLIT_COLORKEY) != 0)
+        if constexpr (KEYED)
         {
             Body::RGBKeyed(kCall, ubAlpha, cColorKey);
         }

@@ -44,7 +44,11 @@ public:
     //! with the same row. iEy: the row after the last; au, av: source step for one destination pixel to the right. Every
     //! sample of the scan lies inside the source rectangle, and with BLIT_BILINEAR in ulFlags its 2x2 block does. False
     //! where nothing is to be drawn: outside the clip; a size, stretch or filtered extent without pixels; numbers that
-    //! are not finite or beyond a million; source coordinates beyond 32767.
+    //! are not finite or beyond a million; source coordinates beyond 32767; 16384 source pixels or more to a pixel.
+    //!
+    //! The clip rectangle chooses from what is drawn on the whole bitmap: a pixel is drawn with any clip rectangle that
+    //! holds it or with none. It is sampled at the same position, but where the clip rectangle cuts a side off on the left:
+    //! there the position may differ by a quarter of a unit of 16.16 for each row of that side.
     static Tov_Bool RotBlitCalc(const Kanvo_Bitmap* pkDest, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UInt uiSrcX,
                                 Tov_UInt uiSrcY, Tov_Value vDstX, Tov_Value vDstY, Tov_Value vAngle, Tov_Flag ulFlags,
                                 Tov_Value vStretchX, Tov_Value vStretchY, Tov_Value vRotPosX, Tov_Value vRotPosY,
