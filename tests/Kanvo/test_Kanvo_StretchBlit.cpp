@@ -1330,9 +1330,7 @@ TEST(StretchBlit, AStoredImageWithoutSizeReportsADivisionByZero)
         {
             for (const auto& size : {std::pair<Tov_UInt, Tov_UInt>{0, 4}, {4, 0}, {0, 0}})
             {
-                const Tov_UInt width  = size.first;
-                const Tov_UInt height = size.second;
-                Stage          stage(optimized, 4, 4, 0xFF112233);
+                Stage stage(optimized, 4, 4, 0xFF112233);
                 EXPECT_EQ(
                     MessagesOf(
                         [&]
