@@ -41,9 +41,10 @@ Parity ParityAt(const Outline& outline, double x, double y)
         const double  ay = static_cast<double>(a.y);
         const double  by = static_cast<double>(b.y);
         if ((ay <= y) == (by <= y)) continue;
-        const double crossing = static_cast<double>(a.x) + (y - ay) / (by - ay) * (static_cast<double>(b.x) - static_cast<double>(a.x));
-        parity.inside         = parity.inside != (crossing > x);
-        parity.nearest        = std::min(parity.nearest, std::fabs(crossing - x));
+        const double crossing =
+            static_cast<double>(a.x) + (y - ay) / (by - ay) * (static_cast<double>(b.x) - static_cast<double>(a.x));
+        parity.inside  = parity.inside != (crossing > x);
+        parity.nearest = std::min(parity.nearest, std::fabs(crossing - x));
     }
     return parity;
 }
@@ -55,25 +56,31 @@ double AreaOf(const Outline& outline)
     {
         const Corner& a = outline[at];
         const Corner& b = outline[(at + 1) % outline.size()];
-        area += static_cast<double>(a.x) * static_cast<double>(b.y) - static_cast<double>(a.y) * static_cast<double>(b.x);
+        area +=
+            static_cast<double>(a.x) * static_cast<double>(b.y) - static_cast<double>(a.y) * static_cast<double>(b.x);
     }
     return area;
 }
 
 bool Same(const Outline& one, const Outline& other)
 {
-    return one.size() == other.size() && std::equal(one.begin(), one.end(), other.begin(), [](const Corner& a, const Corner& b)
-                                                    { return std::memcmp(&a, &b, sizeof a) == 0; });
+    return one.size() == other.size() &&
+           std::equal(one.begin(), one.end(), other.begin(),
+                      [](const Corner& a, const Corner& b) { return std::memcmp(&a, &b, sizeof a) == 0; });
 }
 
-void Region() { Kanvo_Clipper::InitRegion(3, 2, 21, 17, 0.0001F); }
+void Region()
+{
+    Kanvo_Clipper::InitRegion(3, 2, 21, 17, 0.0001F);
+}
 
 }  // namespace
 
 TEST(ClipperPolygon, AnOutlineInsideComesOutBitForBit)
 {
     Region();
-    for (const Outline& outline : {Outline{{3, 2}, {20.5F, 2.25F}, {20.999F, 16.999F}, {3, 16.9F}}, Outline{{4, 4}, {4, 4}, {9, 4}, {7, 9}, {7, 9}}})
+    for (const Outline& outline : {Outline{{3, 2}, {20.5F, 2.25F}, {20.999F, 16.999F}, {3, 16.9F}},
+                                   Outline{{4, 4}, {4, 4}, {9, 4}, {7, 9}, {7, 9}}})
         EXPECT_TRUE(Same(Clipped(outline), outline)) << support::Described(Clipped(outline));
 }
 
@@ -93,8 +100,9 @@ TEST(ClipperPolygon, AnOutlineAllAroundBecomesTheRegion)
 TEST(ClipperPolygon, WhatLiesOutsideIsGone)
 {
     Region();
-    for (const Outline& outline : {Outline{{-9, 3}, {2.9F, 5}, {-4, 9}}, Outline{{21, 3}, {29, 5}, {24, 9}}, Outline{{4, -3}, {9, 1.99F}, {20, -9}},
-                                   Outline{{4, 17}, {9, 30}, {20, 17}}, Outline{{4, 17}, {9, 30}, {20, 16.99995F}}})
+    for (const Outline& outline : {Outline{{-9, 3}, {2.9F, 5}, {-4, 9}}, Outline{{21, 3}, {29, 5}, {24, 9}},
+                                   Outline{{4, -3}, {9, 1.99F}, {20, -9}}, Outline{{4, 17}, {9, 30}, {20, 17}},
+                                   Outline{{4, 17}, {9, 30}, {20, 16.99995F}}})
     {
         const Outline clipped = Clipped(outline);
         double        area    = AreaOf(clipped);
@@ -137,24 +145,27 @@ TEST(ClipperPolygon, RandomOutlinesStayInsideAndKeepTheirInside)
         const Outline clipped = Clipped(outline);
         longest               = std::max(longest, clipped.size());
         for (const Corner& corner : clipped)
-            ASSERT_TRUE(corner.x >= 3.0F && corner.x <= 20.9999F && corner.y >= 2.0F && corner.y <= 16.9999F) << "seed " << seed << ' ' << support::Described(clipped);
+            ASSERT_TRUE(corner.x >= 3.0F && corner.x <= 20.9999F && corner.y >= 2.0F && corner.y <= 16.9999F)
+                << "seed " << seed << ' ' << support::Described(clipped);
         ASSERT_LE(clipped.size(), 4 * outline.size()) << "seed " << seed;
         ASSERT_TRUE(clipped.empty() || clipped.size() >= 3) << "seed " << seed;
 
         double far = 0.0;
-        for (const Corner& corner : outline) far = std::max({far, std::fabs(static_cast<double>(corner.x)), std::fabs(static_cast<double>(corner.y))});
+        for (const Corner& corner : outline)
+            far = std::max({far, std::fabs(static_cast<double>(corner.x)), std::fabs(static_cast<double>(corner.y))});
         if (far > 1e6) continue;  // there the points of a side are rounded to more than a pixel
         for (int count = 0; count < 60; ++count)
         {
-            const double x = 3.0 + dice.Next32() * (17.999 / 4294967296.0);
-            const double y = 2.0 + dice.Next32() * (14.999 / 4294967296.0);
+            const double x      = 3.0 + dice.Next32() * (17.999 / 4294967296.0);
+            const double y      = 2.0 + dice.Next32() * (14.999 / 4294967296.0);
             const Parity before = ParityAt(outline, x, y);
             const Parity after  = ParityAt(clipped, x, y);
             // single precision moves the corners on the border a little, and along level sides crossings by more
             if (before.nearest < 0.01 || after.nearest < 0.01) continue;
             ++points;
             if (before.inside != after.inside)
-                differences.Note("seed %llu: (%.5f, %.5f) was %s", static_cast<unsigned long long>(seed), x, y, before.inside ? "inside" : "outside");
+                differences.Note("seed %llu: (%.5f, %.5f) was %s", static_cast<unsigned long long>(seed), x, y,
+                                 before.inside ? "inside" : "outside");
         }
     }
     EXPECT_LE(differences.Count() * 100000, points) << differences.First() << ", of " << points;
@@ -203,7 +214,9 @@ TEST(ClipperPolygon, BothDirectionsOfASideAreCutAtTheSamePoints)
             {
                 const double dx   = static_cast<double>(b.x) - static_cast<double>(a.x);
                 const double dy   = static_cast<double>(b.y) - static_cast<double>(a.y);
-                const double away = ((static_cast<double>(corner.x) - static_cast<double>(a.x)) * dy - (static_cast<double>(corner.y) - static_cast<double>(a.y)) * dx) / std::hypot(dx, dy);
+                const double away = ((static_cast<double>(corner.x) - static_cast<double>(a.x)) * dy -
+                                     (static_cast<double>(corner.y) - static_cast<double>(a.y)) * dx) /
+                                    std::hypot(dx, dy);
                 if (std::fabs(away) < 2e-5) points.push_back({corner.x, corner.y});
             }
             std::sort(points.begin(), points.end());
@@ -229,10 +242,11 @@ TEST(ClipperPolygon, WhatIsNoOutlineOrNoRegionGivesNothing)
     count = 7;
     Kanvo_Clipper::ClipPolygon(nullptr, 5, 8, count);
     EXPECT_EQ(count, 0U);
-    for (const Outline& outline : {Outline{{4, 4}}, Outline{{4, 4}, {9, 9}}, Outline{{4, NAN_VALUE}, {12, 4}, {8, 12}}, Outline{{4, 4}, {INF, 4}, {8, 12}},
-                                   Outline{{4, 4}, {12, 4}, {8, -INF}}})
+    for (const Outline& outline : {Outline{{4, 4}}, Outline{{4, 4}, {9, 9}}, Outline{{4, NAN_VALUE}, {12, 4}, {8, 12}},
+                                   Outline{{4, 4}, {INF, 4}, {8, 12}}, Outline{{4, 4}, {12, 4}, {8, -INF}}})
         EXPECT_TRUE(Clipped(outline).empty()) << support::Described(outline);
-    for (const auto& [minX, minY, maxX, maxY] : {std::array<float, 4>{5, 5, 5, 9}, {5, 5, 9, 5}, {9, 5, 5, 9}, {5, 9, 9, 5}, {NAN_VALUE, 0, 9, 9}})
+    for (const auto& [minX, minY, maxX, maxY] :
+         {std::array<float, 4>{5, 5, 5, 9}, {5, 5, 9, 5}, {9, 5, 5, 9}, {5, 9, 9, 5}, {NAN_VALUE, 0, 9, 9}})
     {
         Kanvo_Clipper::InitRegion(minX, minY, maxX, maxY, 0.0001F);
         EXPECT_TRUE(Clipped(good).empty()) << minX << ' ' << minY << ' ' << maxX << ' ' << maxY;
@@ -277,7 +291,8 @@ TEST(ClipperPolygon, AResultThatDoesNotFitAssertsAndIsNothing)
     EXPECT_EQ(asserts.Take(), support::Messages{"polygon too large"});
     // what is counted is what is left: many corners outside are no trouble
     Outline far = {{4, 4}, {12, 4}};
-    for (int index = 0; index < 5000; ++index) far.push_back({100.0F + static_cast<float>(index % 7), 10.0F + static_cast<float>(index % 11)});
+    for (int index = 0; index < 5000; ++index)
+        far.push_back({100.0F + static_cast<float>(index % 7), 10.0F + static_cast<float>(index % 11)});
     EXPECT_FALSE(Clipped(far).empty());
     EXPECT_EQ(asserts.Count(), 0U);
 }
@@ -285,7 +300,7 @@ TEST(ClipperPolygon, AResultThatDoesNotFitAssertsAndIsNothing)
 TEST(ClipperPolygon, VerticesAreReadAtAnyPitchAndAddressAndNotWritten)
 {
     Region();
-    const Outline         outline = {{-3, 1}, {30, 3}, {12, 40}};
+    const Outline         outline  = {{-3, 1}, {30, 3}, {12, 40}};
     const Outline         expected = Clipped(outline);
     constexpr std::size_t PITCH    = 13;
     support::Fence        fence(2 * PITCH + 8);

@@ -31,8 +31,9 @@ Outline Extruded(const Outline& outline, Tov_Flag hints = 0)
 
 bool Same(const Outline& one, const Outline& other)
 {
-    return one.size() == other.size() && std::equal(one.begin(), one.end(), other.begin(), [](const Corner& a, const Corner& b)
-                                                    { return std::memcmp(&a, &b, sizeof a) == 0; });
+    return one.size() == other.size() &&
+           std::equal(one.begin(), one.end(), other.begin(),
+                      [](const Corner& a, const Corner& b) { return std::memcmp(&a, &b, sizeof a) == 0; });
 }
 
 //! Twice the area; positive clockwise on the screen.
@@ -43,7 +44,8 @@ double AreaOf(const Outline& outline)
     {
         const Corner& a = outline[at];
         const Corner& b = outline[(at + 1) % outline.size()];
-        area += static_cast<double>(a.x) * static_cast<double>(b.y) - static_cast<double>(a.y) * static_cast<double>(b.x);
+        area +=
+            static_cast<double>(a.x) * static_cast<double>(b.y) - static_cast<double>(a.y) * static_cast<double>(b.x);
     }
     return area;
 }
@@ -54,12 +56,16 @@ double Outside(const Corner& a, const Corner& b, const Corner& point, double tur
     const double dx     = static_cast<double>(b.x) - static_cast<double>(a.x);
     const double dy     = static_cast<double>(b.y) - static_cast<double>(a.y);
     const double length = std::hypot(dx, dy);
-    return turn * ((static_cast<double>(point.x) - static_cast<double>(a.x)) * dy - (static_cast<double>(point.y) - static_cast<double>(a.y)) * dx) / length;
+    return turn *
+           ((static_cast<double>(point.x) - static_cast<double>(a.x)) * dy -
+            (static_cast<double>(point.y) - static_cast<double>(a.y)) * dx) /
+           length;
 }
 
 double Distance(const Corner& a, const Corner& b)
 {
-    return std::hypot(static_cast<double>(a.x) - static_cast<double>(b.x), static_cast<double>(a.y) - static_cast<double>(b.y));
+    return std::hypot(static_cast<double>(a.x) - static_cast<double>(b.x),
+                      static_cast<double>(a.y) - static_cast<double>(b.y));
 }
 
 constexpr float INF       = std::numeric_limits<float>::infinity();
@@ -84,7 +90,8 @@ TEST(PolyExtrude, EveryCornerLiesHalfAPixelOutsideBothItsSidesUnlessItIsSharp)
     for (std::uint64_t seed = seeds.first; seed < seeds.first + seeds.count; ++seed)
     {
         Dice          dice(seed);
-        const Outline outline = dice.OneIn(2) ? support::ThrowConvex(dice, {400, 300, true}) : support::ThrowConcave(dice, {400, 300, true});
+        const Outline outline = dice.OneIn(2) ? support::ThrowConvex(dice, {400, 300, true})
+                                              : support::ThrowConcave(dice, {400, 300, true});
         const double  area    = AreaOf(outline);
         if (std::fabs(area) < 1.0) continue;
         const double      turn  = area > 0.0 ? 1.0 : -1.0;
@@ -144,7 +151,8 @@ TEST(PolyExtrude, CornersThatCoincideMoveAlike)
     const Outline single = Extruded({{10, 10}, {20, 12}, {17, 20}, {11, 18}});
     const Outline grown  = Extruded({{10, 10}, {10, 10}, {20, 12}, {17, 20}, {17, 20}, {17, 20}, {11, 18}, {10, 10}});
     EXPECT_TRUE(Same(grown, {single[0], single[0], single[1], single[2], single[2], single[2], single[3], single[0]}));
-    for (const Outline& point : {Outline{{3, 4}, {3, 4}, {3, 4}}, Outline(40, Corner{1, 1})}) EXPECT_TRUE(Same(Extruded(point), point));
+    for (const Outline& point : {Outline{{3, 4}, {3, 4}, {3, 4}}, Outline(40, Corner{1, 1})})
+        EXPECT_TRUE(Same(Extruded(point), point));
 }
 
 TEST(PolyExtrude, HintsDecideTheSideAndAreaWithoutThem)
@@ -164,11 +172,11 @@ TEST(PolyExtrude, HintsDecideTheSideAndAreaWithoutThem)
 
 TEST(PolyExtrude, OnlyXAndYAreRewritten)
 {
-    constexpr std::size_t      PITCH   = 19;
-    const Outline              outline = {{10, 10}, {20, 11}, {18, 25}};
-    const Outline              grown   = Extruded(outline);
-    support::Fence             fence(2 * PITCH + 8);
-    std::vector<std::uint8_t>  before(fence.Size());
+    constexpr std::size_t     PITCH   = 19;
+    const Outline             outline = {{10, 10}, {20, 11}, {18, 25}};
+    const Outline             grown   = Extruded(outline);
+    support::Fence            fence(2 * PITCH + 8);
+    std::vector<std::uint8_t> before(fence.Size());
     for (std::size_t at = 0; at < 3; ++at) std::memcpy(fence.Data() + at * PITCH, &outline[at], 8);
     std::memcpy(before.data(), fence.Data(), fence.Size());
     Kanvo_Extrude_Polygon(fence.Data(), PITCH, 3, 0);
@@ -187,8 +195,9 @@ TEST(PolyExtrude, WhatIsNoOutlineIsLeftAlone)
 {
     Kanvo_Extrude_Polygon(nullptr, 8, 0, 0);
     Kanvo_Extrude_Polygon(nullptr, 8, 3, 0);
-    for (const Outline& outline : {Outline{}, Outline{{1, 2}}, Outline{{1, 2}, {30, 4}}, Outline{{1, 2}, {30, NAN_VALUE}, {4, 40}},
-                                   Outline{{INF, 2}, {30, 4}, {4, 40}}, Outline{{1, 2}, {30, 4}, {4, -INF}}, Outline{{1, 2}, {1e30F, 4}, {4, 40}}})
+    for (const Outline& outline : {Outline{}, Outline{{1, 2}}, Outline{{1, 2}, {30, 4}},
+                                   Outline{{1, 2}, {30, NAN_VALUE}, {4, 40}}, Outline{{INF, 2}, {30, 4}, {4, 40}},
+                                   Outline{{1, 2}, {30, 4}, {4, -INF}}, Outline{{1, 2}, {1e30F, 4}, {4, 40}}})
         EXPECT_TRUE(Same(Extruded(outline), outline)) << support::Described(outline);
 }
 
@@ -204,7 +213,8 @@ TEST(PolyExtrude, ResultsStayFiniteForAnyFiniteOutline)
         {
             ASSERT_TRUE(std::isfinite(grown[at].x) && std::isfinite(grown[at].y)) << "seed " << seed;
             // by 2 pixels, and what single precision adds to that far away
-            const double reach = 2.001 + 3e-7 * (std::fabs(static_cast<double>(outline[at].x)) + std::fabs(static_cast<double>(outline[at].y)));
+            const double reach = 2.001 + 3e-7 * (std::fabs(static_cast<double>(outline[at].x)) +
+                                                 std::fabs(static_cast<double>(outline[at].y)));
             ASSERT_LE(Distance(grown[at], outline[at]), reach) << "seed " << seed << " corner " << at;
         }
     }
@@ -215,11 +225,11 @@ TEST(PolyExtrude, ShapesSideBySideOverlapInsteadOfLeavingASeam)
     Dice dice(9);
     for (int turn = 0; turn < 300; ++turn)
     {
-        const float              top    = support::Uniform(dice, 8, 24);
-        const float              bottom = support::Uniform(dice, 8, 24);
-        const Outline            left   = {{1, 2}, {top, 2}, {bottom, 30}, {1, 30}};
-        const Outline            right  = {{top, 2}, {31, 2}, {31, 30}, {bottom, 30}};
-        const auto               seam   = [&](Tov_Flag flags)
+        const float   top    = support::Uniform(dice, 8, 24);
+        const float   bottom = support::Uniform(dice, 8, 24);
+        const Outline left   = {{1, 2}, {top, 2}, {bottom, 30}, {1, 30}};
+        const Outline right  = {{top, 2}, {31, 2}, {31, 30}, {bottom, 30}};
+        const auto    seam   = [&](Tov_Flag flags)
         {
             support::PolyStage stage(32, 32, 0);
             stage.Polygon(left, 0xFFFFFFFFU, POLY_ANTIALIAS | flags);

@@ -222,3 +222,58 @@ TEST(PolydrawAARandom, TheScanBlendsWhatTheNaiveScanBlends)
         EXPECT_GT(blends, seeds.count * 10);
     }
 }
+
+// On a large bitmap x drifts while it is stepped down a long side, and the last row is where that is put right.
+TEST(PolydrawAARandom, LongSidesOnALargeBitmapAreThoseOfTheNaiveScanAndOfTheExactArea)
+{
+    constexpr int               WIDTH  = 800;
+    constexpr int               HEIGHT = 480;
+    const support::Seeds        seeds(support::CasesOf(600));
+    support::CrashNote          crash("LongSidesOnALargeBitmapAreThoseOfTheNaiveScanAndOfTheExactArea");
+    support::PolyStage          stage(WIDTH, HEIGHT, 0);
+    reference::ExactArea        exact(WIDTH, HEIGHT);
+    const reference::SoftTables tables = {g_auiEdgemasks, g_aucEdgeArea, g_aucPoplookup};
+    std::vector<int>            expected;
+    Errors                      errors;
+    for (std::uint64_t seed = seeds.first; seed < seeds.first + seeds.count; ++seed)
+    {
+        crash.InCase(seed);
+        Dice    dice(seed);
+        Outline outline;
+        for (int corner = dice.Between(3, 5); corner > 0; --corner)
+        {
+            const float x = support::Uniform(dice, 0, WIDTH);
+            const float y = support::Uniform(dice, 0, HEIGHT);
+            outline.push_back({dice.OneIn(6) ? 799.99F : x, y});
+        }
+        stage.Fill(0);
+        stage.Polygon(outline, WHITE, POLY_ANTIALIAS | POLY_NOCLIP);
+        expected.assign(WIDTH * HEIGHT, 0);
+        for (const reference::SoftBlend& blend :
+             reference::SoftBlends(SidesOf(outline, WIDTH - 1, HEIGHT - 1), tables, HEIGHT - 1, 255))
+            expected[static_cast<std::size_t>(blend.y * WIDTH + blend.x)] = blend.alpha;
+        for (std::size_t at = 0; at < expected.size(); ++at)
+        {
+            ASSERT_EQ(static_cast<int>(stage.Words()[at] >> 24), expected[at])
+                << "seed " << seed << ": (" << at % WIDTH << ", " << at / WIDTH << ") of "
+                << support::Described(outline);
+        }
+        if (seed % 8 != 0) continue;  // areas take their time
+        exact.Cover(outline);
+        for (int y = 0; y < HEIGHT; ++y)
+        {
+            for (int x = 0; x < WIDTH; ++x)
+            {
+                const double area = 255.0 * exact.At(x, y);
+                const double got  = expected[static_cast<std::size_t>(y * WIDTH + x)];
+                if (area > 1e-6 && area < 255.0 - 1e-6) errors.Add(got - area, seed);
+                ASSERT_LE(std::fabs(got - area), 40.0)
+                    << "seed " << seed << ": (" << x << ", " << y << ") of " << support::Described(outline);
+            }
+        }
+    }
+    if (seeds.count < 100) return;
+    EXPECT_LE(errors.Rms(), 4.5);
+    std::printf("[ large    ] %llu partly covered pixels: rms %.2f, at most %.1f\n",
+                static_cast<unsigned long long>(errors.pixels), errors.Rms(), errors.most);
+}

@@ -585,8 +585,8 @@ public:
                 const std::uint32_t expected = inside ? reference::WriteTexel(GROUND, texel, use) : GROUND;
                 const std::uint32_t got      = At(static_cast<int>(x), static_cast<int>(y));
                 if (got != expected)
-                    return testing::AssertionFailure() << x << ' ' << y << std::hex << " expected " << expected << ", got "
-                                                       << got << ", texel " << texel;
+                    return testing::AssertionFailure() << x << ' ' << y << std::hex << " expected " << expected
+                                                       << ", got " << got << ", texel " << texel;
             }
         }
         return testing::AssertionSuccess();
@@ -606,11 +606,11 @@ TEST(PolydrawTex, BlendingAlphaAndTheTexturesTypeChooseAmongFiveWriteBacks)
     constexpr std::uint32_t COLOR = 0x80FF8040U;
     struct Choice
     {
-        unsigned             type;
-        std::uint32_t        blending;
-        bool                 alpha;
-        bool                 supported;
-        reference::TexelUse  use;
+        unsigned            type;
+        std::uint32_t       blending;
+        bool                alpha;
+        bool                supported;
+        reference::TexelUse use;
     };
     const Choice choices[] = {
         {BM_ARGB32, TB_NORMAL, false, true, {Writeback::Default, 0}},
@@ -635,7 +635,8 @@ TEST(PolydrawTex, BlendingAlphaAndTheTexturesTypeChooseAmongFiveWriteBacks)
     };
     for (const Choice& choice : choices)
     {
-        SCOPED_TRACE(testing::Message() << "type " << choice.type << " blending " << choice.blending << " alpha " << choice.alpha);
+        SCOPED_TRACE(testing::Message() << "type " << choice.type << " blending " << choice.blending << " alpha "
+                                        << choice.alpha);
         TexturedStage stage(choice.type);
         stage.State().Set(TEXTUREBLENDING, choice.blending);
         stage.State().Set(ALPHAENABLE, choice.alpha);

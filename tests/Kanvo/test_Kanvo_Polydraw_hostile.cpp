@@ -167,6 +167,8 @@ TEST(PolydrawHostile, BrokenPromisesStayInsideTheBitmap)
             most = seconds;
             slow = seed;
         }
+        Kanvo_AAEdgeBucket** const list = Kanvo_PolyGetScanBuffer(34);
+        for (int row = 0; row < 34; ++row) ASSERT_EQ(list[row], nullptr) << "seed " << seed << ": left in row " << row;
     }
     EXPECT_TRUE(front.IsSlackUntouched());
     EXPECT_TRUE(back.IsSlackUntouched());
@@ -273,7 +275,8 @@ TEST(PolydrawHostile, AHundredThousandCornersAreDrawnInBoundedTime)
         for (const Tov_Flag more : {Tov_Flag{0}, Tov_Flag{POLY_NOCLIP}})
         {
             HostileStage stage;
-            EXPECT_LT(stage.Draw(squares(renderer == POLY_ANTIALIAS ? 2501 : 25001), renderer | more), 10 * MOST_SECONDS);
+            EXPECT_LT(stage.Draw(squares(renderer == POLY_ANTIALIAS ? 2501 : 25001), renderer | more),
+                      10 * MOST_SECONDS);
             EXPECT_EQ(stage.Count(), 160) << std::hex << (renderer | more);
             EXPECT_LT(stage.Draw(Round(100000, true), renderer | more), 10 * MOST_SECONDS);
             EXPECT_TRUE(stage.IsSlackUntouched());
@@ -451,7 +454,8 @@ TEST(PolydrawHostile, ShapesThatShareASideLeaveNoGap)
     EXPECT_EQ(gaps.Count(), 0U) << gaps.First();
     EXPECT_GT(looked, seeds.count * 100);
     EXPECT_LT(flats * 20, seeds.count);
-    std::printf("[ mesh     ] %llu pixels, each painted once but %llu painted by both neighbours; %llu meshes left out\n",
-                static_cast<unsigned long long>(looked), static_cast<unsigned long long>(twice),
-                static_cast<unsigned long long>(flats));
+    std::printf(
+        "[ mesh     ] %llu pixels, each painted once but %llu painted by both neighbours; %llu meshes left out\n",
+        static_cast<unsigned long long>(looked), static_cast<unsigned long long>(twice),
+        static_cast<unsigned long long>(flats));
 }

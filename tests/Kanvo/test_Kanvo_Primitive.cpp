@@ -36,8 +36,8 @@ public:
 
     Recorder() : Kanvo_BitmapARGB32(nullptr, 64, 48, BBT_RAM, Pixels().data()) { Lock(); }
 
-    void DrawLine(const Kanvo_Vector2& start, const Kanvo_Vector2& end, Kanvo_Color color, Tov_Flag flags, Tov_Value width,
-                  Tov_Value endWidth) override
+    void DrawLine(const Kanvo_Vector2& start, const Kanvo_Vector2& end, Kanvo_Color color, Tov_Flag flags,
+                  Tov_Value width, Tov_Value endWidth) override
     {
         calls.push_back({"line", {{start.x, start.y}, {end.x, end.y}}, color, flags, width, endWidth});
         Kanvo_BitmapARGB32::DrawLine(start, end, color, flags, width, endWidth);
@@ -75,7 +75,8 @@ bool Same(const Coords& one, const Coords& other, float tolerance = 0.0F)
 {
     if (one.size() != other.size()) return false;
     for (std::size_t at = 0; at < one.size(); ++at)
-        if (!(std::fabs(one[at].x - other[at].x) <= tolerance && std::fabs(one[at].y - other[at].y) <= tolerance)) return false;
+        if (!(std::fabs(one[at].x - other[at].x) <= tolerance && std::fabs(one[at].y - other[at].y) <= tolerance))
+            return false;
     return true;
 }
 
@@ -137,7 +138,8 @@ TEST(Primitive, AStripJoinsEachToTheNextAndDoesNotClose)
         Recorder target;
         target.DrawPrimitive(Kanvo_Primitive(PT_LINESTRIP, FIVE.data(), count, COLOR), 0);
         ASSERT_EQ(target.calls.size(), count == 0 ? 0U : count - 1);
-        for (std::size_t at = 0; at < target.calls.size(); ++at) EXPECT_TRUE(Same(target.calls[at].points, {FIVE[at], FIVE[at + 1]}));
+        for (std::size_t at = 0; at < target.calls.size(); ++at)
+            EXPECT_TRUE(Same(target.calls[at].points, {FIVE[at], FIVE[at + 1]}));
     }
 }
 
@@ -158,7 +160,8 @@ TEST(Primitive, AMatrixAndATranslationMoveEveryVertex)
     const Kanvo_Matrix2 matrix(0.5F, 0.25F, -0.125F, 0.75F);
     const Kanvo_Vector2 move(12.0F, 9.0F);
     Coords              expected;
-    for (const Kanvo_Coord2D& at : FIVE) expected.push_back({0.5F * at.x + 0.25F * at.y + 12.0F, -0.125F * at.x + 0.75F * at.y + 9.0F});
+    for (const Kanvo_Coord2D& at : FIVE)
+        expected.push_back({0.5F * at.x + 0.25F * at.y + 12.0F, -0.125F * at.x + 0.75F * at.y + 9.0F});
     for (const Kanvo_PrimitiveType type : {PT_POINTS, PT_LINESTRIP, PT_POLYGON})
     {
         Recorder target;
@@ -166,7 +169,10 @@ TEST(Primitive, AMatrixAndATranslationMoveEveryVertex)
         Coords got;
         for (const Recorder::Call& call : target.calls)
         {
-            EXPECT_EQ(call.size, type == PT_POLYGON ? 0.0F : type == PT_POINTS ? 1.5F : 3.0F) << "a transform changes no size";
+            EXPECT_EQ(call.size, type == PT_POLYGON  ? 0.0F
+                                 : type == PT_POINTS ? 1.5F
+                                                     : 3.0F)
+                << "a transform changes no size";
             if (type == PT_POLYGON)
                 got = call.points;
             else
@@ -195,8 +201,9 @@ TEST(Primitive, ThreeDimensionsAreDividedByDepth)
 
 TEST(Primitive, AnAffineMatrixOfThreeDimensionsMeansTransformPoint)
 {
-    const Kanvo_Matrix3 matrix = Kanvo_Matrix3::ScaleRotateMove(Kanvo_Vector2(0.5F, 0.75F), 30.0F, Kanvo_Vector2(20, 8));
-    Coords              expected;
+    const Kanvo_Matrix3 matrix =
+        Kanvo_Matrix3::ScaleRotateMove(Kanvo_Vector2(0.5F, 0.75F), 30.0F, Kanvo_Vector2(20, 8));
+    Coords expected;
     for (const Kanvo_Coord2D& at : FIVE)
     {
         const Kanvo_Vector2 to = matrix.TransformPoint(Kanvo_Vector2(at.x, at.y));
@@ -226,7 +233,8 @@ TEST(Primitive, WhatLiesBehindTheViewerIsLeftOut)
     EXPECT_EQ(count(PT_POLYGON, 6), 0U);
     EXPECT_EQ(count(PT_POLYGON, 2), 1U);
     Recorder target;
-    target.DrawPrimitive(Kanvo_Primitive(PT_POINTS, vertices.data(), 1, COLOR), matrix, Kanvo_Vector3(0, 0, std::numeric_limits<float>::quiet_NaN()), 0);
+    target.DrawPrimitive(Kanvo_Primitive(PT_POINTS, vertices.data(), 1, COLOR), matrix,
+                         Kanvo_Vector3(0, 0, std::numeric_limits<float>::quiet_NaN()), 0);
     EXPECT_TRUE(target.calls.empty());
 }
 
@@ -238,7 +246,8 @@ TEST(Primitive, ItsVerticesAreNeverWrittenTo)
     const auto* const vertices = reinterpret_cast<const Kanvo_Coord2D*>(fence.Data());
     for (const Kanvo_PrimitiveType type : {PT_POINTS, PT_LINES, PT_LINESTRIP, PT_POLYGON})
     {
-        for (const Tov_Flag flags : {Tov_Flag{0}, Tov_Flag{POLY_EXTRUDE}, POLY_EXTRUDE | POLY_ANTIALIAS, POLY_EXTRUDE | POLY_NOCLIP})
+        for (const Tov_Flag flags :
+             {Tov_Flag{0}, Tov_Flag{POLY_EXTRUDE}, POLY_EXTRUDE | POLY_ANTIALIAS, POLY_EXTRUDE | POLY_NOCLIP})
         {
             const Kanvo_Primitive primitive(type, vertices, 5, COLOR, 3.0F);
             Recorder              target;
@@ -288,7 +297,9 @@ TEST(Primitive, NothingIsDrawnOfNothingOrOfAnUnknownType)
     Recorder               target;
     for (const Kanvo_PrimitiveType type : {PT_POINTS, PT_LINES, PT_LINESTRIP, PT_POLYGON})
     {
-        for (const Kanvo_Primitive& primitive : {Kanvo_Primitive(type, nullptr, 0, COLOR), Kanvo_Primitive(type, nullptr, 9, COLOR), Kanvo_Primitive(type, FIVE.data(), 0, COLOR)})
+        for (const Kanvo_Primitive& primitive :
+             {Kanvo_Primitive(type, nullptr, 0, COLOR), Kanvo_Primitive(type, nullptr, 9, COLOR),
+              Kanvo_Primitive(type, FIVE.data(), 0, COLOR)})
         {
             target.DrawPrimitive(primitive, 0);
             target.DrawPrimitive(primitive, Kanvo_Matrix2::IDENTITY, Kanvo_Vector2(0, 0), 0);
@@ -310,7 +321,8 @@ TEST(Primitive, OneThatIsTooLargeToMoveAssertsAndIsNotDrawn)
     EXPECT_EQ(asserts.Take(), support::Messages{"polygon too large"});
     EXPECT_TRUE(target.calls.empty());
     // lines and points need no room
-    target.DrawPrimitive(Kanvo_Primitive(PT_POINTS, many.data(), 5000, COLOR), Kanvo_Matrix2::IDENTITY, Kanvo_Vector2(0, 0), 0);
+    target.DrawPrimitive(Kanvo_Primitive(PT_POINTS, many.data(), 5000, COLOR), Kanvo_Matrix2::IDENTITY,
+                         Kanvo_Vector2(0, 0), 0);
     EXPECT_EQ(target.calls.size(), 5000U);
     EXPECT_EQ(asserts.Count(), 0U);
 }

@@ -60,14 +60,15 @@ TEST(Texture, TakesPowersOfTwoOfWordsAndOfBytes)
 
 TEST(Texture, RefusesEverythingElse)
 {
-    support::AnySource good = BitmapOf(BM_ARGB32, 4, 4);
+    support::AnySource good    = BitmapOf(BM_ARGB32, 4, 4);
     const auto         refused = [&](Kanvo_Bitmap* bitmap)
     {
         support::AssertCapture asserts;
         Kanvo_Texture          texture(&good);
         const bool             taken = texture.SetBitmap(bitmap);
-        return !taken && asserts.Take() == support::Messages{"bitmap is no texture"} && texture.GetBitmap() == nullptr &&
-               texture.GetWidth() == 0 && texture.GetHeight() == 0 && texture.GetType() == BM_UNKNWON;
+        return !taken && asserts.Take() == support::Messages{"bitmap is no texture"} &&
+               texture.GetBitmap() == nullptr && texture.GetWidth() == 0 && texture.GetHeight() == 0 &&
+               texture.GetType() == BM_UNKNWON;
     };
     for (unsigned type = 0; type < 12; ++type)
     {
@@ -119,9 +120,9 @@ TEST(Texture, NullTakesTheBitmapAwayWithoutAMessage)
 
 TEST(Texture, UseSetsTheTextureAndNothingElse)
 {
-    Kanvo_Screen             screen(nullptr);
-    const Kanvo_RenderState  before = screen.GetRenderState();
-    Kanvo_Texture            texture;
+    Kanvo_Screen            screen(nullptr);
+    const Kanvo_RenderState before = screen.GetRenderState();
+    Kanvo_Texture           texture;
     texture.Use(screen.GetRenderState());
     EXPECT_EQ(screen.GetRenderState().GetPtr(TEXTURE), &texture);
     for (unsigned slot = 0; slot < Kanvo_RS_QUANTITY; ++slot)
@@ -178,14 +179,18 @@ public:
     {
         const auto& fixed    = frame.kFixed;
         const auto& floating = frame.kFloating;
-        if (!perspective) return (fixed.m_fxU0 + static_cast<double>(x) * fixed.m_fxUX + static_cast<double>(y) * fixed.m_fxUY) / 65536.0;
+        if (!perspective)
+            return (fixed.m_fxU0 + static_cast<double>(x) * fixed.m_fxUX + static_cast<double>(y) * fixed.m_fxUY) /
+                   65536.0;
         return At(floating.m_fU0, floating.m_fUX, floating.m_fUY, x, y) / Z(x, y);
     }
     double V(int x, int y) const
     {
         const auto& fixed    = frame.kFixed;
         const auto& floating = frame.kFloating;
-        if (!perspective) return (fixed.m_fxV0 + static_cast<double>(x) * fixed.m_fxVX + static_cast<double>(y) * fixed.m_fxVY) / 65536.0;
+        if (!perspective)
+            return (fixed.m_fxV0 + static_cast<double>(x) * fixed.m_fxVX + static_cast<double>(y) * fixed.m_fxVY) /
+                   65536.0;
         return At(floating.m_fV0, floating.m_fVX, floating.m_fVY, x, y) / Z(x, y);
     }
 
@@ -244,10 +249,12 @@ TEST(Texture, AFlatPlaneLeadsFromTexelsToPixelsAndTheFrameBack)
         for (const auto& [x, y] : {std::pair{0, 0}, {31, 0}, {0, 31}, {17, 5}})
         {
             // back to the middle of the pixel
-            const double u  = frame.U(x, y);
-            const double v  = frame.V(x, y);
-            const double px = static_cast<double>(axes.ox) + u * static_cast<double>(axes.ux) + v * static_cast<double>(axes.vx);
-            const double py = static_cast<double>(axes.oy) + u * static_cast<double>(axes.uy) + v * static_cast<double>(axes.vy);
+            const double u = frame.U(x, y);
+            const double v = frame.V(x, y);
+            const double px =
+                static_cast<double>(axes.ox) + u * static_cast<double>(axes.ux) + v * static_cast<double>(axes.vx);
+            const double py =
+                static_cast<double>(axes.oy) + u * static_cast<double>(axes.uy) + v * static_cast<double>(axes.vy);
             ASSERT_NEAR(px, x + 0.5, 0.005) << turn;
             ASSERT_NEAR(py, y + 0.5, 0.005) << turn;
         }
@@ -319,9 +326,10 @@ TEST(Texture, AxesThatSpanNoPlaneOrAreNoNumbersGiveNoFrame)
         {
             for (const float value : {NAN_VALUE, INF, -INF})
             {
-                const bool read = mode == TM_PLANE3D || slot % 3 != 2;
-                Axes       axes = good;
-                float*     all[] = {&axes.ox, &axes.oy, &axes.oz, &axes.ux, &axes.uy, &axes.uz, &axes.vx, &axes.vy, &axes.vz};
+                const bool read  = mode == TM_PLANE3D || slot % 3 != 2;
+                Axes       axes  = good;
+                float*     all[] = {&axes.ox, &axes.oy, &axes.oz, &axes.ux, &axes.uy,
+                                    &axes.uz, &axes.vx, &axes.vy, &axes.vz};
                 *all[slot]       = value;
                 EXPECT_EQ(none(axes, mode), read) << slot << ' ' << value << ' ' << mode;
             }
