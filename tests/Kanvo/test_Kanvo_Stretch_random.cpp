@@ -459,10 +459,10 @@ private:
     std::vector<std::uint8_t> m_expected;
     std::vector<std::uint8_t> m_sourceBefore;
     std::vector<std::uint8_t> m_mapBefore;
-    support::Snapshot   m_targetObject;
-    support::Snapshot   m_sourceObject;
-    support::Snapshot   m_mapObject;
-    support::Snapshot   m_screenObject;
+    support::Snapshot         m_targetObject;
+    support::Snapshot         m_sourceObject;
+    support::Snapshot         m_mapObject;
+    support::Snapshot         m_screenObject;
     support::AssertCapture    m_asserts;
     support::LoopSpies        m_fills;
     support::StretchSpies     m_loops;
