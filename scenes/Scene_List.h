@@ -9,19 +9,24 @@ namespace scenes
 
 using Drawing = void(Kanvo_BitmapARGB32& target, const Input& input);
 
-Drawing Dashboard;      // Scene_Dashboard.cpp
-Drawing FillSteps;      // Scene_Fill.cpp
-Drawing FillOverlap;    //
-Drawing BlitCopy;       // Scene_Blit.cpp
-Drawing BlitAlpha;      //
-Drawing BlitColorKey;   //
-Drawing BlitFormats;    //
-Drawing BlitPaths;      //
-Drawing BlitColorMaps;  // Scene_BlitColor.cpp
-Drawing ClipEdges;      // Scene_Clip.cpp
-Drawing DebugFont;      // Scene_DebugFont.cpp
-Drawing NightFlight;    // Scene_NightFlight.cpp
-Drawing OwnPicture;     // Scene_OwnPicture.cpp
+Drawing Dashboard;        // Scene_Dashboard.cpp
+Drawing FillSteps;        // Scene_Fill.cpp
+Drawing FillOverlap;      //
+Drawing BlitCopy;         // Scene_Blit.cpp
+Drawing BlitAlpha;        //
+Drawing BlitColorKey;     //
+Drawing BlitFormats;      //
+Drawing BlitPaths;        //
+Drawing BlitColorMaps;    // Scene_BlitColor.cpp
+Drawing ClipEdges;        // Scene_Clip.cpp
+Drawing DebugFont;        // Scene_DebugFont.cpp
+Drawing NightFlight;      // Scene_NightFlight.cpp
+Drawing PolygonShapes;    // Scene_Polygons.cpp
+Drawing PolygonOutlines;  //
+Drawing PolygonSeams;     //
+Drawing PolygonTextures;  //
+Drawing PolygonGauge;     //
+Drawing OwnPicture;       // Scene_OwnPicture.cpp
 
 }  // namespace scenes
 

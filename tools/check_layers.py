@@ -32,7 +32,7 @@ STEMS = {
     "UMBRELLA": "Kanvo",
     "ENTRY": """
         Kanvo_BitmapARGB32 Kanvo_BitmapARGB32_Blit Kanvo_BitmapARGB32_Stretch Kanvo_BitmapARGB32_Rot
-        Kanvo_BitmapARGB32_Draw Kanvo_BitmapARGB32_Entry Kanvo_BitmapARGB32_Pending""",
+        Kanvo_BitmapARGB32_Draw Kanvo_BitmapARGB32_Entry""",
     "WORKERS": """
         Kanvo_Blit Kanvo_PrecompiledImageInfo Kanvo_RLECompressedBlits Kanvo_StretchBlit Kanvo_RotBlit
         Kanvo_Linedraw Kanvo_Dotdraw Kanvo_Polydraw Kanvo_PolydrawAA Kanvo_Print""",
@@ -40,16 +40,17 @@ STEMS = {
         Kanvo_BlitScan Kanvo_StretchScan Kanvo_RotScan Kanvo_Sampler Kanvo_Linedraw_Octant
         Kanvo_Thinline Kanvo_Wideline Kanvo_Rasterline Kanvo_PolyScan""",
     "SPANS": """
-        Kanvo_Spandraw Kanvo_SpandrawTex Kanvo_HSpanRender Kanvo_HSpanRender_AA Kanvo_HSpanRender_HQ_AA
+        Kanvo_Spandraw Kanvo_SpandrawTex Kanvo_SpanRender Kanvo_SpanRender_AA Kanvo_SpanRender_HQ_AA
+        Kanvo_HSpanRender Kanvo_HSpanRender_AA Kanvo_HSpanRender_HQ_AA
         Kanvo_VSpanRender Kanvo_VSpanRender_AA Kanvo_VSpanRender_HQ_AA""",
     "PIXELS": """
         Kanvo_PixelARGB32_Access Kanvo_BitmapRGB32 Kanvo_BitmapRGB565 Kanvo_BitmapA8
-        Kanvo_PixelAddress Kanvo_ColorMath""",
+        Kanvo_PixelAddress Kanvo_PixelAndMap Kanvo_ColorMath""",
 }
 
 # Stems of comps/Kanvo/code/Kanvo_NEON: whole rectangles lie beside the spans, single rows beside the pixels.
 NEON_STEMS = {
-    "SPANS": "neonloops neonloops_rects",
+    "SPANS": "neonloops neonloops_rects neonloops_stretch",
     "PIXELS": "rows rows_reference rows_neon rows_avx2",
 }
 

@@ -1,6 +1,8 @@
 // DrawCalls: the list.
 #include "DrawCalls.h"
 
+#include "Kanvo_Primitive.h"
+
 namespace support
 {
 
@@ -12,12 +14,7 @@ constexpr Tov_UInt  OTHER     = 0xFF00FF00U;
 constexpr Tov_UByte HALF      = 128;
 const Kanvo_Coord2D CORNERS[] = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
 
-//! The class is known by name only, and nobody looks inside yet.
-const Kanvo_Primitive& AnyPrimitive()
-{
-    static const int NOTHING = 0;
-    return reinterpret_cast<const Kanvo_Primitive&>(NOTHING);
-}
+const Kanvo_Primitive SQUARE(PT_POLYGON, CORNERS, 4, COLOR);
 
 }  // namespace
 
@@ -50,17 +47,16 @@ const std::vector<DrawCall>& DrawCalls()
          [](Bitmap& t, Bitmap&) {
              t.DrawLine({0, 0}, {4, 4}, COLOR, 0, 1, 1);
          }},
-        {"DrawPolygon", DrawCall::PENDING, [](Bitmap& t, Bitmap&) { t.DrawPolygon(CORNERS, 4, COLOR, POLY_NONE); }},
-        {"DrawPrimitive", DrawCall::BASE, [](Bitmap& t, Bitmap&) { t.DrawPrimitive(AnyPrimitive(), 0); }},
-        {"DrawPrimitive in the plane", DrawCall::BASE,
-         [](Bitmap& t, Bitmap&) { t.DrawPrimitive(AnyPrimitive(), Kanvo_Matrix2::IDENTITY, Kanvo_Vector2::ZERO, 0); }},
-        {"DrawPrimitive in space", DrawCall::BASE,
-         [](Bitmap& t, Bitmap&)
-         { t.DrawPrimitive(AnyPrimitive(), Kanvo_Matrix3::IDENTITY, Kanvo_Vector3(0, 0, 0), 0); }},
+        {"DrawPolygon", DrawCall::WORKS, [](Bitmap& t, Bitmap&) { t.DrawPolygon(CORNERS, 4, COLOR, POLY_NONE); }},
+        {"DrawPrimitive", DrawCall::WORKS, [](Bitmap& t, Bitmap&) { t.DrawPrimitive(SQUARE, 0); }},
+        {"DrawPrimitive in the plane", DrawCall::WORKS,
+         [](Bitmap& t, Bitmap&) { t.DrawPrimitive(SQUARE, Kanvo_Matrix2::IDENTITY, Kanvo_Vector2::ZERO, 0); }},
+        {"DrawPrimitive in space", DrawCall::WORKS,
+         [](Bitmap& t, Bitmap&) { t.DrawPrimitive(SQUARE, Kanvo_Matrix3::IDENTITY, Kanvo_Vector3(0, 0, 0), 0); }},
         {"DrawDot", DrawCall::PENDING, [](Bitmap& t, Bitmap&) { t.DrawDot(2, 2, 1, COLOR, 0); }},
         {"Clear", DrawCall::WORKS, [](Bitmap& t, Bitmap&) { t.Clear(COLOR); }},
         {"FillRect", DrawCall::WORKS, [](Bitmap& t, Bitmap&) { t.FillRect(4, 4, 0, 0, COLOR, 0); }},
-        {"RenderPrimitivePoly", DrawCall::PENDING,
+        {"RenderPrimitivePoly", DrawCall::WORKS,
          [](Bitmap& t, Bitmap&) { t.RenderPrimitivePoly(CORNERS, 4, sizeof CORNERS[0], POLY_NONE, COLOR); }},
     };
     return CALLS;

@@ -19,9 +19,12 @@
 #include "Kanvo_Geometry.h"
 #include "Kanvo_ImageCheck.h"
 #include "Kanvo_Object.h"
+#include "Kanvo_Pattern.h"
 #include "Kanvo_PrecompiledImageInfo.h"
+#include "Kanvo_Primitive.h"
 #include "Kanvo_RenderState.h"
 #include "Kanvo_Screen.h"
+#include "Kanvo_Texture.h"
 #include "Trak_Assert.h"
 #include "Trak_Profiler.h"
 

@@ -1,12 +1,18 @@
 // Kanvo_Clipper: the parametric cut of Liang and Barsky. The cut points are calculated in double precision from the uncut
 // start, which keeps the line's pixels however far away its ends are, and then held inside the region, so that no rounding
-// puts them outside.
+// puts them outside. Outlines go through the four half planes of Sutherland and Hodgman one vertex at a time, so that no list
+// stands between them.
 #include "Kanvo_Clipper.h"
 
 #include <algorithm>
+#include <cstring>
 
-Kanvo_Clipper::Region Kanvo_Clipper::s_kRegion = {0.0F, 0.0F, -1.0F, -1.0F};
-Tov_Value             Kanvo_Clipper::s_vMargin = 1.0F;
+#include "Kanvo_PolyBuffers.h"
+#include "Trak_Assert.h"
+
+Kanvo_Clipper::Region Kanvo_Clipper::s_kRegion        = {0.0F, 0.0F, -1.0F, -1.0F};
+Kanvo_Clipper::Region Kanvo_Clipper::s_kPolygonRegion = {0.0F, 0.0F, -1.0F, -1.0F};
+Tov_Value             Kanvo_Clipper::s_vMargin        = 1.0F;
 
 namespace
 {
@@ -46,6 +52,141 @@ Tov_Value Between(double dValue, Tov_Value vMin, Tov_Value vMax)
 {
     return static_cast<Tov_Value>(std::max(static_cast<double>(vMin), std::min(static_cast<double>(vMax), dValue)));
 }
+
+//! The largest number below vValue.
+Tov_Value NextBelow(Tov_Value vValue)
+{
+    std::int32_t iBits = 0;
+    std::memcpy(&iBits, &vValue, sizeof iBits);
+    iBits = vValue > 0.0F ? iBits - 1 : vValue < 0.0F ? iBits + 1 : INT32_MIN + 1;
+    std::memcpy(&vValue, &iBits, sizeof iBits);
+    return vValue;
+}
+
+//! Takes an outline vertex by vertex. The half planes are links of a chain that ends in the result; at four links the calls
+//! cost less than four copies of the code.
+class VertexSink
+{
+public:
+    virtual void Put(const Kanvo_Coord2D& kVertex) = 0;
+    //! The outline goes back to its first vertex.
+    virtual void Close() = 0;
+
+protected:
+    ~VertexSink() = default;
+};
+
+//! Where a clipped outline goes: as much as fits is kept, and all is counted.
+class OutlineBuffer final : public VertexSink
+{
+public:
+    explicit OutlineBuffer(Tov_UInt uiRoom)
+        : m_pkVertices(Kanvo_PolyGetClipBuffer(uiRoom)),
+          m_uiRoom(m_pkVertices != nullptr ? uiRoom : 0),
+          m_uiCount(0)
+    {
+    }
+    void Put(const Kanvo_Coord2D& kVertex) override
+    {
+        if (m_uiCount < m_uiRoom)
+        {
+            m_pkVertices[m_uiCount] = kVertex;
+        }
+        ++m_uiCount;
+    }
+    void                 Close() override {}
+    const Kanvo_Coord2D* Vertices() const { return m_pkVertices; }
+    Tov_UInt             Count() const { return m_uiCount; }
+    Tov_Bool             Fits() const { return m_uiCount <= m_uiRoom; }
+
+private:
+    Kanvo_Coord2D* m_pkVertices;
+    Tov_UInt       m_uiRoom;
+    Tov_UInt       m_uiCount;
+};
+
+//! One side of the region: hands on what of an outline lies at or inside vBound on one axis.
+class HalfPlane final : public VertexSink
+{
+public:
+    using Axis = Tov_Value Kanvo_Coord2D::*;
+
+    //! eAxis: the coordinate that is bound; eOther: the other one. bUpper: the bound is the upper one.
+    HalfPlane(VertexSink& kNext, Axis eAxis, Axis eOther, Tov_Value vBound, Tov_Bool bUpper)
+        : m_kNext(kNext),
+          m_eAxis(eAxis),
+          m_eOther(eOther),
+          m_vBound(vBound),
+          m_bUpper(bUpper),
+          m_bBegun(false),
+          m_kFirst(),
+          m_kPrevious()
+    {
+    }
+
+    void Put(const Kanvo_Coord2D& kVertex) override
+    {
+        if (m_bBegun)
+        {
+            PutCrossing(kVertex);
+        }
+        else
+        {
+            m_kFirst = kVertex;
+            m_bBegun = true;
+        }
+        if (IsInside(kVertex))
+        {
+            m_kNext.Put(kVertex);
+        }
+        m_kPrevious = kVertex;
+    }
+
+    void Close() override
+    {
+        if (m_bBegun)
+        {
+            PutCrossing(m_kFirst);
+        }
+        m_kNext.Close();
+    }
+
+private:
+    Tov_Bool IsInside(const Kanvo_Coord2D& kVertex) const
+    {
+        return m_bUpper ? kVertex.*m_eAxis <= m_vBound : kVertex.*m_eAxis >= m_vBound;
+    }
+
+    //! Hands on where the side from the previous vertex to kVertex crosses the bound, if it does. Calculated from the inner
+    //! end, so that both directions give the same point.
+    void PutCrossing(const Kanvo_Coord2D& kVertex)
+    {
+        const Tov_Bool bFromInside = IsInside(m_kPrevious);
+        if (bFromInside == IsInside(kVertex))
+        {
+            return;
+        }
+        const Kanvo_Coord2D& kInner = bFromInside ? m_kPrevious : kVertex;
+        const Kanvo_Coord2D& kOuter = bFromInside ? kVertex : m_kPrevious;
+        const auto           dAxis  = static_cast<double>(kInner.*m_eAxis);
+        const auto           dOther = static_cast<double>(kInner.*m_eOther);
+        const double dPart = (static_cast<double>(m_vBound) - dAxis) / (static_cast<double>(kOuter.*m_eAxis) - dAxis);
+
+        Kanvo_Coord2D kPoint;
+        kPoint.*m_eAxis  = m_vBound;
+        kPoint.*m_eOther = static_cast<Tov_Value>(dOther + dPart * (static_cast<double>(kOuter.*m_eOther) - dOther));
+        m_kNext.Put(kPoint);
+    }
+
+    VertexSink&   m_kNext;
+    Axis          m_eAxis;
+    Axis          m_eOther;
+    Tov_Value     m_vBound;
+    Tov_Bool      m_bUpper;
+    Tov_Bool      m_bBegun;
+    Kanvo_Coord2D m_kFirst;
+    Kanvo_Coord2D m_kPrevious;
+};
 
 }  // namespace
 
@@ -97,13 +238,15 @@ Tov_Flag Kanvo_Clipper::Clip(const Region& kRegion, Kanvo_Vector2& kA, Kanvo_Vec
     {
         return CF_VIS;
     }
-    const double dX  = kA.x;
-    const double dY  = kA.y;
+    const double dX  = static_cast<double>(kA.x);
+    const double dY  = static_cast<double>(kA.y);
     const double dDX = static_cast<double>(kB.x) - dX;
     const double dDY = static_cast<double>(kB.y) - dY;
     Part         kPart;
-    if (!kPart.Cut(-dDX, dX - kRegion.vMinX) || !kPart.Cut(dDX, kRegion.vMaxX - dX) ||
-        !kPart.Cut(-dDY, dY - kRegion.vMinY) || !kPart.Cut(dDY, kRegion.vMaxY - dY))
+    if (!kPart.Cut(-dDX, dX - static_cast<double>(kRegion.vMinX)) ||
+        !kPart.Cut(dDX, static_cast<double>(kRegion.vMaxX) - dX) ||
+        !kPart.Cut(-dDY, dY - static_cast<double>(kRegion.vMinY)) ||
+        !kPart.Cut(dDY, static_cast<double>(kRegion.vMaxY) - dY))
     {
         return CF_NOTVIS;
     }
@@ -130,4 +273,46 @@ Tov_Flag Kanvo_Clipper::OverflowFlag(const Kanvo_Vector2& kA, const Kanvo_Vector
     const Region kInner = {s_kRegion.vMinX + vMargin, s_kRegion.vMinY + vMargin, s_kRegion.vMaxX - vMargin,
                            s_kRegion.vMaxY - vMargin};
     return kInner.Holds(kA) && kInner.Holds(kB) ? 0U : CF_OVERFLOW;
+}
+
+// ---- outlines -------------------------------------------------------------------------------------------------------
+
+void Kanvo_Clipper::InitRegion(Tov_Value vMinX, Tov_Value vMinY, Tov_Value vMaxX, Tov_Value vMaxY, Tov_Value vEpsilon)
+{
+    // From 2048 on the epsilon alone is lost in the rounding of a bound.
+    s_kPolygonRegion = {vMinX, vMinY, std::min(vMaxX - vEpsilon, NextBelow(vMaxX)),
+                        std::min(vMaxY - vEpsilon, NextBelow(vMaxY))};
+}
+
+const Kanvo_Coord2D* Kanvo_Clipper::ClipPolygon(const void* pvValues, Tov_UInt uiCount, Tov_UInt uiPitch,
+                                                Tov_UInt& uiOutCount)
+{
+    const Region& kRegion = s_kPolygonRegion;
+    uiOutCount            = 0;
+    if (pvValues == nullptr || uiCount < 3 || !(kRegion.vMinX <= kRegion.vMaxX && kRegion.vMinY <= kRegion.vMaxY))
+    {
+        return nullptr;
+    }
+    OutlineBuffer kResult(Kanvo_PolyGetCorners());
+    HalfPlane     kRight(kResult, &Kanvo_Coord2D::x, &Kanvo_Coord2D::y, kRegion.vMaxX, true);
+    HalfPlane     kLeft(kRight, &Kanvo_Coord2D::x, &Kanvo_Coord2D::y, kRegion.vMinX, false);
+    HalfPlane     kBottom(kLeft, &Kanvo_Coord2D::y, &Kanvo_Coord2D::x, kRegion.vMaxY, true);
+    HalfPlane     kTop(kBottom, &Kanvo_Coord2D::y, &Kanvo_Coord2D::x, kRegion.vMinY, false);
+    for (Tov_UInt uiIndex = 0; uiIndex < uiCount; ++uiIndex)
+    {
+        const Kanvo_Coord2D kVertex = Kanvo_ReadVertex(pvValues, uiPitch, uiIndex);
+        if (!IsFinite(Kanvo_Vector2(kVertex.x, kVertex.y)))
+        {
+            return nullptr;
+        }
+        kTop.Put(kVertex);
+    }
+    kTop.Close();
+    TRAK_CHECK(kResult.Fits(), "polygon too large");
+    if (!kResult.Fits() || kResult.Count() < 3)
+    {
+        return nullptr;
+    }
+    uiOutCount = kResult.Count();
+    return kResult.Vertices();
 }

@@ -1,5 +1,5 @@
-// Kanvo_Clipper: cuts line segments to a rectangle. Used by Kanvo_Linedraw. The region and the margin are static: one
-// thread draws at a time.
+// Kanvo_Clipper: cuts line segments and outlines to a rectangle. Used by Kanvo_Linedraw and Kanvo_Polydraw. The regions and
+// the margin are static: one thread draws at a time.
 #ifndef KANVO_CLIPPER_H
 #define KANVO_CLIPPER_H
 
@@ -36,6 +36,22 @@ public:
     //! end. CF_OVERFLOW is measured with the largest margin a line needs, 5 pixels.
     static Tov_Flag ClipLinePara(Kanvo_Vector2& kA, Kanvo_Vector2& kB, Tov_Value& vTa, Tov_Value& vTb);
 
+    //! Sets the region for polygons. The upper bounds do not belong to it: what is clipped ends at least vEpsilon before
+    //! them, and before them in any case. A region without extent shows nothing.
+    static void InitRegion(Tov_Value vMinX, Tov_Value vMinY, Tov_Value vMaxX, Tov_Value vMaxY, Tov_Value vEpsilon);
+
+    //! Cuts an outline to the region of InitRegion: pvValues has uiCount vertices, uiPitch bytes from one to the next, each
+    //! starting with x and y as Tov_Value at any alignment; the last is joined to the first, and so is the result. Returns
+    //! uiOutCount vertices, all inside the region and in the same sense of rotation, which belong to the clipper and are
+    //! good until its next call. Vertices that lie inside come out bit for bit. Where a concave outline leaves and comes
+    //! back, sides that run along the border join the pieces; the even-odd rule does not see them. Both directions of a
+    //! side are cut at the same point.
+    //!
+    //! uiOutCount is 0, and nothing to be drawn, where less than three vertices are left, where a coordinate is not
+    //! finite, for null, and where the result would not fit: that asserts "polygon too large" (Kanvo_PolyBuffers.h).
+    static const Kanvo_Coord2D* ClipPolygon(const void* pvValues, Tov_UInt uiCount, Tov_UInt uiPitch,
+                                            Tov_UInt& uiOutCount);
+
 private:
     struct Region
     {
@@ -51,6 +67,7 @@ private:
     static Tov_Flag OverflowFlag(const Kanvo_Vector2& kA, const Kanvo_Vector2& kB, Tov_Value vMargin);
 
     static Region    s_kRegion;
+    static Region    s_kPolygonRegion;
     static Tov_Value s_vMargin;
 };
 
