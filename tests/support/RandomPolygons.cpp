@@ -22,18 +22,20 @@ enum class Grid
     Half,
     Quarter,
     Fine,       // 1 / 256
+    NearWhole,  // a hair beside whole numbers
     OnSampling  // a little around x.9 and y.5, where plain polygons are sampled
 };
 
 Grid ThrowGrid(Dice& dice)
 {
-    switch (dice.Between(0, 9))
+    switch (dice.Between(0, 10))
     {
     case 0: return Grid::Whole;
     case 1: return Grid::Half;
     case 2: return Grid::Quarter;
     case 3: return Grid::Fine;
     case 4: return Grid::OnSampling;
+    case 5: return Grid::NearWhole;
     default: return Grid::Any;
     }
 }
@@ -52,6 +54,12 @@ Corner OnGrid(Dice& dice, Grid grid, Corner corner)
     case Grid::Half: return {OnGrid(corner.x, 2.0F), OnGrid(corner.y, 2.0F)};
     case Grid::Quarter: return {OnGrid(corner.x, 4.0F), OnGrid(corner.y, 4.0F)};
     case Grid::Fine: return {OnGrid(corner.x, 256.0F), OnGrid(corner.y, 256.0F)};
+    case Grid::NearWhole:
+    {
+        const float x = dice.Of({1.0e-6F, -1.0e-6F, 3.0e-5F, -3.0e-5F, 0.0F});
+        const float y = dice.Of({1.0e-6F, -1.0e-6F, 3.0e-5F, -3.0e-5F, 0.0F});
+        return {OnGrid(corner.x, 1.0F) + x, OnGrid(corner.y, 1.0F) + y};
+    }
     case Grid::OnSampling:
     {
         const float x = dice.Of({0.9F, 0.4F, 0.40001F, 0.89999F});
