@@ -32,7 +32,7 @@ STEMS = {
     "UMBRELLA": "Kanvo",
     "ENTRY": """
         Kanvo_BitmapARGB32 Kanvo_BitmapARGB32_Blit Kanvo_BitmapARGB32_Stretch Kanvo_BitmapARGB32_Rot
-        Kanvo_BitmapARGB32_Draw Kanvo_BitmapARGB32_Entry Kanvo_BitmapARGB32_Pending""",
+        Kanvo_BitmapARGB32_Draw Kanvo_BitmapARGB32_Entry""",
     "WORKERS": """
         Kanvo_Blit Kanvo_PrecompiledImageInfo Kanvo_RLECompressedBlits Kanvo_StretchBlit Kanvo_RotBlit
         Kanvo_Linedraw Kanvo_Dotdraw Kanvo_Polydraw Kanvo_PolydrawAA Kanvo_Print""",
@@ -40,15 +40,19 @@ STEMS = {
         Kanvo_BlitScan Kanvo_StretchScan Kanvo_RotScan Kanvo_Sampler Kanvo_Linedraw_Octant
         Kanvo_Thinline Kanvo_Wideline Kanvo_Rasterline Kanvo_PolyScan""",
     "SPANS": """
-        Kanvo_Spandraw Kanvo_SpandrawTex Kanvo_HSpanRender Kanvo_HSpanRender_AA Kanvo_HSpanRender_HQ_AA
+        Kanvo_Spandraw Kanvo_SpandrawTex
+        Kanvo_SpanRender Kanvo_SpanRender_AA Kanvo_SpanRender_HQ_AA
+        Kanvo_HSpanRender Kanvo_HSpanRender_AA Kanvo_HSpanRender_HQ_AA
         Kanvo_VSpanRender Kanvo_VSpanRender_AA Kanvo_VSpanRender_HQ_AA""",
     "PIXELS": """
         Kanvo_PixelARGB32_Access Kanvo_BitmapRGB32 Kanvo_BitmapRGB565 Kanvo_BitmapA8
-        Kanvo_PixelAddress Kanvo_ColorMath""",
+        Kanvo_PixelAddress Kanvo_PixelAndMap Kanvo_ColorMath""",
 }
 
-# Stems of comps/Kanvo/code/Kanvo_NEON: whole rectangles lie beside the spans, single rows beside the pixels.
+# Stems of comps/Kanvo/code/Kanvo_NEON: scaled rectangles lie beside the workers, whole ones beside the spans, single
+# rows beside the pixels.
 NEON_STEMS = {
+    "WORKERS": "neonloops_stretch",
     "SPANS": "neonloops neonloops_rects",
     "PIXELS": "rows rows_reference rows_neon rows_avx2",
 }
@@ -64,6 +68,8 @@ FOLDERS = {
 EXCEPTIONS = {
     ("comps/Kanvo/code/Kanvo_Library/*", "Kanvo_ColorMath"):
         "a leaf of pure arithmetic that includes nothing above Tov; colours are computed in one place only",
+    ("comps/Kanvo/code/Kanvo_Library/*", "Kanvo_PrecompiledImageInfo"):
+        "a stored form, and the decoder of its tokens: the layout that both the check and the blitters read",
 }
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"]+)"|<([^>]+)>)', re.MULTILINE)

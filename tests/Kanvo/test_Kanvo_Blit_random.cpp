@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
-#include <ostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -17,18 +16,26 @@
 #include "Dice.h"
 #include "DrawSpies.h"
 #include "Fence.h"
+#include "RandomAreas.h"
+#include "Snapshot.h"
 
 namespace
 {
 
 using reference::Format;
 using reference::Worker;
+using support::Area;
 using support::Dice;
+using support::FillContent;
 using support::NOT_A_MAP;
 using support::NOT_INSIDE;
 using support::NOT_LOCKED;
 using support::NOT_SUPPORTED;
+using support::ThrowArea;
+using support::ThrowClip;
+using support::ThrowSourcePosition;
 
+constexpr int         MOST_PIXELS = 32;     // per side, but for some long rows
 constexpr std::size_t ARENA_BYTES = 65536;  // whole pages: the fences are flush with both ends
 
 enum class Operation
@@ -36,20 +43,6 @@ enum class Operation
     Blit,
     BlitColor,
     FillRect
-};
-
-struct Area
-{
-    std::uint32_t width;
-    std::uint32_t height;
-    std::uint32_t pitch;
-    bool          atBackFence;
-    int           content;
-
-    std::size_t Bytes(std::int64_t pixelBytes) const
-    {
-        return support::Fence::BytesFor(width, height, pitch, static_cast<std::size_t>(pixelBytes));
-    }
 };
 
 //! Everything that one random call is made of.
@@ -77,25 +70,6 @@ struct Case
 
 // ---- throwing a case ------------------------------------------------------------------------------------------------
 
-Area ThrowArea(Dice& dice, std::int64_t pixelBytes)
-{
-    Area      area{};
-    const int least = dice.OneIn(2) ? 1 : 12;
-    area.width      = static_cast<std::uint32_t>(dice.Between(least, 24));
-    area.height     = static_cast<std::uint32_t>(dice.Between(least, 24));
-    if (dice.OneIn(8)) area.width = static_cast<std::uint32_t>(dice.Between(1, 3));
-    if (dice.OneIn(8)) area.height = 1;
-    if (dice.OneIn(50))
-    {
-        area.width  = static_cast<std::uint32_t>(dice.Between(100, 130));
-        area.height = static_cast<std::uint32_t>(dice.Between(1, 5));
-    }
-    area.pitch       = area.width * static_cast<std::uint32_t>(pixelBytes) + dice.Of<std::uint32_t>({0, 4, 12, 64});
-    area.atBackFence = dice.OneIn(2);
-    area.content     = dice.Between(0, 5);
-    return area;
-}
-
 std::uint32_t ThrowSize(Dice& dice, std::uint32_t size, bool evenNothing)
 {
     if (dice.OneIn(24))
@@ -107,55 +81,13 @@ std::uint32_t ThrowSize(Dice& dice, std::uint32_t size, bool evenNothing)
     return size + dice.Below(4);
 }
 
-std::uint32_t ThrowSourcePosition(Dice& dice, std::uint32_t size)
-{
-    if (dice.OneIn(64)) return dice.Of<std::uint32_t>({0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, 0xFFFFFFFF});
-    if (dice.OneIn(2)) return 0;
-    return static_cast<std::uint32_t>(dice.Between(0, static_cast<int>(size) + (dice.OneIn(8) ? 2 : -1)));
-}
-
 //! Mostly a little before what may be drawn into, or inside it.
-std::int32_t ThrowPosition(Dice& dice, std::uint32_t size, std::int64_t clipMin)
+std::int32_t ThrowPositionNear(Dice& dice, std::uint32_t size, std::int64_t clipMin)
 {
     if (dice.OneIn(64)) return dice.Of<std::int32_t>({INT32_MIN, INT32_MIN + 1, INT32_MAX - 1, INT32_MAX});
     if (dice.OneIn(16)) return dice.Between(-30, static_cast<int>(size) + 10);
     const int from = clipMin < size && !dice.OneIn(4) ? static_cast<int>(clipMin) : 0;
     return dice.Between(from - 3, from + static_cast<int>(size) / 3);
-}
-
-void ThrowClip(Dice& dice, Case& thrown)
-{
-    const auto width  = static_cast<int>(thrown.target.width);
-    const auto height = static_cast<int>(thrown.target.height);
-    thrown.clipped    = dice.OneIn(2);
-    if (!thrown.clipped) return;
-    reference::Clip& clip = thrown.clip;
-    clip.minX             = dice.Between(0, width - 1);
-    clip.minY             = dice.Between(0, height - 1);
-    clip.maxX             = dice.Between(static_cast<int>(clip.minX), width - 1);
-    clip.maxY             = dice.Between(static_cast<int>(clip.minY), height - 1);
-    switch (dice.Below(32))
-    {
-    case 0:  // beyond the bitmap
-        clip.maxX = dice.Of<std::int64_t>({width, width + 7, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF});
-        clip.maxY = dice.Of<std::int64_t>({height, height + 7, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF});
-        break;
-    case 1:  // one pixel short of existing
-        clip.minX = clip.maxX + 1;
-        break;
-    case 2: clip.minY = clip.maxY + 1; break;
-    case 3:  // inverted
-        clip.minX = width - 1;
-        clip.maxX = 0;
-        clip.minY = dice.Of<std::int64_t>({0, height - 1, 0xFFFFFFFF});
-        clip.maxY = 0;
-        break;
-    case 4:  // outside
-        clip.minX = dice.Of<std::int64_t>({width, width + 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF});
-        clip.maxX = 0xFFFFFFFF;
-        break;
-    default: break;
-    }
 }
 
 //! A rectangle that keeps the promise of BLIT_NOCLIP.
@@ -228,10 +160,11 @@ Case ThrowCase(std::uint64_t seed, Operation operation)
     thrown.realClass      = thrown.format < Format::Alpha5_2 && dice.OneIn(4);
     thrown.hasAlpha = thrown.realClass ? thrown.format == Format::Argb32 || thrown.format == Format::A8 : dice.OneIn(2);
     thrown.self     = thrown.format == Format::Argb32 && dice.OneIn(5);
-    thrown.source   = ThrowArea(dice, reference::BytesPerPixel(thrown.format));
-    thrown.target   = ThrowArea(dice, 4);
+    thrown.source   = ThrowArea(dice, reference::BytesPerPixel(thrown.format), MOST_PIXELS);
+    thrown.target   = ThrowArea(dice, 4, MOST_PIXELS);
     if (thrown.self) thrown.source = thrown.target;
-    ThrowClip(dice, thrown);
+    thrown.clipped = dice.OneIn(2);
+    if (thrown.clipped) thrown.clip = ThrowClip(dice, thrown.target);
     thrown.flags = ThrowFlags(dice);
     // Whether nothing at all lies inside a bitmap is nobody's question: promises are about one pixel or more.
     const bool promised = (thrown.flags & BLIT_NOCLIP) != 0;
@@ -247,8 +180,8 @@ Case ThrowCase(std::uint64_t seed, Operation operation)
         thrown.where.height = ThrowSize(dice, size.height, !promised);
         thrown.where.srcX   = ThrowSourcePosition(dice, thrown.source.width);
         thrown.where.srcY   = ThrowSourcePosition(dice, thrown.source.height);
-        thrown.where.dstX   = ThrowPosition(dice, thrown.target.width, thrown.clip.minX);
-        thrown.where.dstY   = ThrowPosition(dice, thrown.target.height, thrown.clip.minY);
+        thrown.where.dstX   = ThrowPositionNear(dice, thrown.target.width, thrown.clip.minX);
+        thrown.where.dstY   = ThrowPositionNear(dice, thrown.target.height, thrown.clip.minY);
     }
     thrown.alpha = ThrowAlpha(dice);
     thrown.color = operation == Operation::Blit ? ThrowKey(dice, thrown.format) : dice.NextHostileWord();
@@ -259,44 +192,13 @@ Case ThrowCase(std::uint64_t seed, Operation operation)
     return thrown;
 }
 
-//! Scattered pixels, icons (runs of alpha 0 and 255 with soft pixels between), opaque ones, single values.
-void FillContent(Dice& dice, std::uint8_t* bytes, std::size_t count, const Area& area, Format format, std::uint32_t key,
-                 bool keyed)
+//! Scatters the colour key over pixels; the top byte of a word stays what it is.
+void ScatterKey(Dice& dice, std::uint8_t* bytes, std::size_t count, Format format, std::uint32_t key)
 {
-    dice.Fill(bytes, count);
     const auto pixelBytes = static_cast<std::size_t>(reference::BytesPerPixel(format));
-    const bool words      = pixelBytes == 4;
-    if (area.content == 1 || area.content == 2)
+    for (std::size_t at = 0; at + pixelBytes <= count; at += pixelBytes)
     {
-        int          run   = 0;
-        std::uint8_t alpha = 0;
-        for (std::size_t at = words ? 3 : 0; at < count; at += pixelBytes)
-        {
-            if (run-- == 0)
-            {
-                const std::uint8_t soft = dice.NextByte();
-                run                     = dice.Between(0, 6);
-                alpha                   = dice.Of<std::uint8_t>({0, 255, 255, soft});
-            }
-            bytes[at] = alpha;
-        }
-    }
-    if (area.content == 3)
-    {
-        for (std::size_t at = words ? 3 : 0; at < count; at += pixelBytes) bytes[at] = 255;
-    }
-    if (area.content == 4)
-    {
-        for (std::size_t at = 0; at < count; ++at)
-            bytes[at] = (bytes[at] & 2) != 0 ? bytes[at] : bytes[at] & 1 ? 255 : 0;
-    }
-    if (keyed)
-    {
-        for (std::size_t at = 0; at + pixelBytes <= count; at += pixelBytes)
-        {
-            if (!dice.OneIn(3)) continue;
-            std::memcpy(bytes + at, &key, std::min<std::size_t>(pixelBytes, 3));  // the top byte stays what it is
-        }
+        if (dice.OneIn(3)) std::memcpy(bytes + at, &key, std::min<std::size_t>(pixelBytes, 3));
     }
 }
 
@@ -321,12 +223,6 @@ const char* NameOf(Operation operation)
     return operation == Operation::Blit ? "Blit" : operation == Operation::BlitColor ? "BlitColor" : "FillRect";
 }
 
-std::ostream& operator<<(std::ostream& stream, const Area& area)
-{
-    return stream << area.width << "x" << area.height << " pitch " << area.pitch << " at the "
-                  << (area.atBackFence ? "back" : "front") << " fence";
-}
-
 std::string Described(const Case& thrown)
 {
     const reference::Where& where = thrown.where;
@@ -340,49 +236,34 @@ std::string Described(const Case& thrown)
     text << where.width << "x" << where.height << " to (" << where.dstX << ", " << where.dstY << "), flags " << std::hex
          << thrown.flags << (thrown.operation == Operation::Blit ? ", key " : ", colour ") << thrown.color << std::dec
          << ", OPTIMIZED_BLIT " << thrown.renderState << (thrown.locked ? "" : ", not locked") << "; target "
-         << thrown.target << (thrown.swapped ? ", swapped" : "");
+         << support::Described(thrown.target) << (thrown.swapped ? ", swapped" : "");
     if (thrown.clipped)
     {
-        text << ", clip (" << thrown.clip.minX << ", " << thrown.clip.minY << ") to (" << thrown.clip.maxX << ", "
-             << thrown.clip.maxY << ")";
+        text << ", clip " << support::Described(thrown.clip);
     }
     if (thrown.operation != Operation::FillRect)
     {
         text << "; source ";
         if (thrown.self) text << "the target itself";
-        if (!thrown.self) text << thrown.source << (thrown.realClass ? ", real class" : "");
+        if (!thrown.self) text << support::Described(thrown.source) << (thrown.realClass ? ", real class" : "");
     }
     text << ": ";
     return text.str();
 }
 
-//! Where two pictures of words with padding first differ. Some memory before and behind them may be included: offset is
-//! where the picture starts in it.
-std::string FirstDifference(const std::vector<std::uint8_t>& expected, const std::uint8_t* got, std::size_t offset,
-                            const Area& area)
+//! As support::FirstDifference where some memory before and behind the pixels is included: offset is where they start.
+std::string FirstDifferenceAround(const std::vector<std::uint8_t>& expected, const std::uint8_t* got,
+                                  std::size_t offset, const Area& area)
 {
     std::size_t index = 0;
     while (expected[index] == got[index]) ++index;
+    if (index >= offset && index < offset + area.Bytes(4))
+    {
+        return support::FirstDifference(expected.data() + offset, got + offset, area);
+    }
     char text[160];
-    if (index < offset || index >= offset + area.Bytes(4))
-    {
-        std::snprintf(text, sizeof text, "byte %td, outside the pixels, expected %02X, got %02X",
-                      static_cast<std::ptrdiff_t>(index - offset), expected[index], got[index]);
-        return text;
-    }
-    const std::size_t at = index - offset;
-    const std::size_t x  = at % area.pitch / 4;
-    const std::size_t y  = at / area.pitch;
-    if (x >= area.width)
-    {
-        std::snprintf(text, sizeof text, "padding byte %zu of row %zu expected %02X, got %02X",
-                      at % area.pitch - area.width * 4, y, expected[index], got[index]);
-        return text;
-    }
-    std::uint32_t words[2];
-    std::memcpy(&words[0], &expected[offset + at / 4 * 4], 4);
-    std::memcpy(&words[1], got + offset + at / 4 * 4, 4);
-    std::snprintf(text, sizeof text, "pixel (%zu, %zu) expected %08X, got %08X", x, y, words[0], words[1]);
+    std::snprintf(text, sizeof text, "byte %td, outside the pixels, expected %02X, got %02X",
+                  static_cast<std::ptrdiff_t>(index - offset), expected[index], got[index]);
     return text;
 }
 
@@ -437,22 +318,18 @@ private:
         }
     }
 
-    static std::uint8_t* Place(support::Fence& arena, const Area& area, std::size_t bytes)
-    {
-        return arena.Data() + (area.atBackFence ? ARENA_BYTES - bytes : 0);
-    }
-
     void Prepare(const Case& thrown)
     {
         Dice              dice(thrown.seed ^ 0x5EED);
         const std::size_t targetBytes = thrown.target.Bytes(4);
-        m_targetPixels                = Place(m_targetArena, thrown.target, targetBytes);
+        m_targetPixels                = thrown.target.In(m_targetArena, 4);
         m_sourceBytes                 = thrown.source.Bytes(reference::BytesPerPixel(thrown.format));
-        m_sourcePixels                = Place(m_sourceArena, thrown.source, m_sourceBytes);
+        m_sourcePixels                = thrown.source.In(m_sourceArena, reference::BytesPerPixel(thrown.format));
         const bool keyed              = thrown.operation == Operation::Blit && (thrown.flags & BLIT_COLORKEY) != 0;
-        FillContent(dice, m_sourcePixels, m_sourceBytes, thrown.source, thrown.format, thrown.color, keyed);
-        FillContent(dice, m_targetPixels, targetBytes, thrown.target, Format::Argb32, thrown.color,
-                    keyed && thrown.self);
+        FillContent(dice, m_sourcePixels, m_sourceBytes, thrown.source.content, thrown.format);
+        FillContent(dice, m_targetPixels, targetBytes, thrown.target.content, Format::Argb32);
+        if (keyed) ScatterKey(dice, m_sourcePixels, m_sourceBytes, thrown.format, thrown.color);
+        if (keyed && thrown.self) ScatterKey(dice, m_targetPixels, targetBytes, Format::Argb32, thrown.color);
         constexpr std::size_t around = 256;  // watched on both sides, where there is no fence
         m_watched                    = std::max(m_targetArena.Data(), m_targetPixels - around);
         m_expected.assign(m_watched,
@@ -598,8 +475,8 @@ private:
 
         if (std::memcmp(m_expected.data(), m_watched, m_expected.size()) != 0)
         {
-            return FirstDifference(m_expected, m_watched, static_cast<std::size_t>(m_targetPixels - m_watched),
-                                   thrown.target);
+            return FirstDifferenceAround(m_expected, m_watched, static_cast<std::size_t>(m_targetPixels - m_watched),
+                                         thrown.target);
         }
         if (m_asserts.Count() != outcome.messages.size() || m_asserts.Texts() != outcome.messages)
         {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "Kanvo.h"
+#include "RleImage.h"
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer) || __has_feature(thread_sanitizer)
@@ -118,7 +119,7 @@ constexpr Tov_UInt BACKGROUND = 0xFF102030;
 //! bitmap refuses is asked for as well: a refusal takes nothing from the heap either.
 void DrawEverything(Kanvo_Bitmap& target, const std::vector<Kanvo_Bitmap*>& sources)
 {
-    constexpr std::array<Kanvo_Coord2D, 4> polygon{Kanvo_Coord2D{2.5F, 3.0F}, Kanvo_Coord2D{60.0F, 10.0F},
+    constexpr std::array<Kanvo_Coord2D, 4> corners{Kanvo_Coord2D{2.5F, 3.0F}, Kanvo_Coord2D{60.0F, 10.0F},
                                                    Kanvo_Coord2D{30.0F, 61.5F}, Kanvo_Coord2D{-9.0F, 40.0F}};
     target.Clear(BACKGROUND);
     for (const Tov_UByte alpha : {Tov_UByte{255}, Tov_UByte{128}})
@@ -154,8 +155,19 @@ void DrawEverything(Kanvo_Bitmap& target, const std::vector<Kanvo_Bitmap*>& sour
             target.DrawLine(Kanvo_Vector2(3.5F, 4.0F), Kanvo_Vector2(70.0F, 33.0F), color, flags, 1, 1);
             target.DrawLine(Kanvo_Vector2(3.5F, 4.0F), Kanvo_Vector2(40.0F, 90.0F), color, flags, 7, 3);
             target.DrawDot(20.0F, 30.0F, 6.5F, color, flags);
+            std::array<Kanvo_Coord2D, 4> polygon = corners;  // extruding rewrites it
             target.DrawPolygon(polygon.data(), 4, color, flags);
             target.RenderPrimitivePoly(polygon.data(), 4, sizeof(Kanvo_Coord2D), flags, color);
+        }
+        for (const Kanvo_PrimitiveType type : {PT_POINTS, PT_LINES, PT_LINESTRIP, PT_POLYGON})
+        {
+            const Kanvo_Primitive primitive(type, corners.data(), 4, color, 3.0F);
+            for (const Tov_Flag flags : {Tov_Flag{0}, Tov_Flag{POLY_ANTIALIAS}, Tov_Flag{POLY_USE_RENDERSTATE}})
+            {
+                target.DrawPrimitive(primitive, flags);
+                target.DrawPrimitive(primitive, Kanvo_Matrix2::IDENTITY, Kanvo_Vector2(3, 4), flags);
+                target.DrawPrimitive(primitive, Kanvo_Matrix3::IDENTITY, Kanvo_Vector3(3, 4, 1), flags);
+            }
         }
         target.DebugText("Kanvo\n0123\t!", 2, 2, color);
         target.DebugFontChar('K', 30, 30, color);
@@ -194,15 +206,36 @@ TEST(NoHeap, NoOperationTakesMemoryBetweenLockAndUnlock)
         Kanvo_BitmapRGB565 rgb565(&screen, 32, 32);
         Kanvo_BitmapA8     a8(&screen, 32, 32);
 
-        const std::vector<Kanvo_Bitmap*> sources{&argb32, &rgb32, &rgb565, &a8};
+        std::vector<Kanvo_Bitmap*> sources{&argb32, &rgb32, &rgb565, &a8};
         for (Kanvo_Bitmap* const source : sources)
         {
             auto* const pixels = static_cast<std::uint8_t*>(source->Lock());
             for (Tov_UInt at = 0; at < 32 * source->GetPitch(); ++at) pixels[at] = static_cast<std::uint8_t>(at * 41);
             source->Unlock(0, 0, 31, 31);
         }
+        const support::RleImage stored{
+            8, 32, 32, {0xFF123456, 0x80654321}, {255, 1, 255, 0, 255, 1, 255, 0, 4, 1, 0, 0}};
+        const auto      bytes = stored.Bytes();
+        Kanvo_BitmapRLE rle(&screen, bytes.data(), bytes.size());
+        ASSERT_TRUE(rle.GetReport().IsUsable());
+        sources.push_back(&rle);
+
+        Kanvo_Texture picture(&argb32);
+        Kanvo_Texture stencil(&a8);
+        Kanvo_Pattern pattern;
+        pattern.Use(screen.GetRenderState());
+
         const HeapCount count;
         target.Lock();
+        for (Kanvo_Texture* const texture : {&picture, &stencil})
+        {
+            texture->Use(screen.GetRenderState());
+            for (const bool textured : {false, true})
+            {
+                screen.GetRenderState().Set(TEXTUREENABLE, textured);
+                DrawEverything(target, sources);
+            }
+        }
         target.SetCliprect(9, 9, 0, 0);
         DrawEverything(target, sources);
         target.SetCliprect(10, 10, 50, 40);

@@ -15,6 +15,7 @@
 #include "AssertCapture.h"
 #include "BlitBitmaps.h"
 #include "Reference_Blit.h"
+#include "Snapshot.h"
 
 namespace support
 {
@@ -107,33 +108,6 @@ public:
     Target                     target;
 };
 using Stage = StageOf<>;
-
-// ---- the state of objects -------------------------------------------------------------------------------------------
-
-//! An object's own bytes at a moment.
-class Snapshot
-{
-public:
-    Snapshot() = default;
-    template <class Object>
-    explicit Snapshot(const Object& object)
-    {
-        Take(object);
-    }
-
-    template <class Object>
-    void Take(const Object& object)
-    {
-        m_object = reinterpret_cast<const std::uint8_t*>(&object);
-        m_bytes.resize(sizeof object);
-        std::memcpy(m_bytes.data(), m_object, m_bytes.size());
-    }
-    bool IsUnchanged() const { return std::memcmp(m_bytes.data(), m_object, m_bytes.size()) == 0; }
-
-private:
-    const std::uint8_t*       m_object = nullptr;
-    std::vector<std::uint8_t> m_bytes;
-};
 
 // ---- library against reference --------------------------------------------------------------------------------------
 

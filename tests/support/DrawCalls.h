@@ -13,15 +13,7 @@ namespace support
 
 struct DrawCall
 {
-    enum Status
-    {
-        WORKS,    // in Kanvo_BitmapARGB32
-        PENDING,  // "not implemented yet" there
-        BASE      // Kanvo_Bitmap's own, the same in every class; "not implemented yet"
-    };
-
     const char* name;
-    Status      status;
     //! Draws into target. source is at least 4 x 4 pixels; it serves as picture, and as alpha map where one is taken.
     void (*call)(Kanvo_Bitmap& target, Kanvo_Bitmap& source);
 };

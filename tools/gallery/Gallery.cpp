@@ -33,6 +33,7 @@ struct Options
         (std::filesystem::path(__FILE__).parent_path() / "../../scenes/pictures").lexically_normal().string();
     std::vector<std::string> only;
     std::string              sheet;
+    std::string              checksums;
     int                      scale = 2;
 };
 
@@ -72,6 +73,8 @@ bool Parse(int argc, char** argv, Options& options, int& exitCode)
         ->check(CLI::Range(1, 8))
         ->type_name("N");
     app.add_option("--sheet", options.sheet, "also write one PNG of all drawn scenes, in two columns")
+        ->type_name("FILE");
+    app.add_option("--checksums", options.checksums, "also write a list of size and checksums of every drawn scene")
         ->type_name("FILE");
     try
     {
@@ -156,7 +159,21 @@ std::string SaveText(const std::string& path, const std::string& text)
     return {};
 }
 
-//! Writes both pictures of every result, then the page and the sheet. Returns an empty text or the failure.
+//! What every machine, compiler and setting must draw: one line per scene.
+std::string ChecksumList(const std::vector<gallery::Result>& results)
+{
+    std::string list =
+        "# scene, size, checksum of the portable and of the optimised path; written by kanvo-gallery --checksums\n";
+    for (const gallery::Result& result : results)
+    {
+        list += result.name + "  " + gallery::SizeText(*result.portable.bitmap) + "  " +
+                gallery::ChecksumText(result.portable.checksum) + "  " +
+                gallery::ChecksumText(result.optimised.checksum) + "\n";
+    }
+    return list;
+}
+
+//! Writes both pictures of every result, then the page, the sheet and the list. Returns an empty text or the failure.
 std::string WriteAll(const Options& options, const std::vector<gallery::Result>& results, Kanvo_Screen& screen)
 {
     std::error_code error;
@@ -182,6 +199,10 @@ std::string WriteAll(const Options& options, const std::vector<gallery::Result>&
     if (failure.empty() && !options.sheet.empty())
     {
         failure = SaveBitmap(options.sheet, *gallery::Sheet(results, screen), false);
+    }
+    if (failure.empty() && !options.checksums.empty())
+    {
+        failure = SaveText(options.checksums, ChecksumList(results));
     }
     return failure;
 }

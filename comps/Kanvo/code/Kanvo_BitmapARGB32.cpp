@@ -136,12 +136,6 @@ Kanvo_Color Kanvo_BitmapARGB32::Premultiply(Kanvo_Color clColorAndAlpha)
 
 // ---- forwarded ------------------------------------------------------------------------------------------------------
 
-void Kanvo_BitmapARGB32::DrawPolygon(const Kanvo_Coord2D* pkVertices, Tov_UInt uiCount, Kanvo_Color kColor,
-                                     Tov_Flag ulFlags)
-{
-    RenderPrimitivePoly(pkVertices, uiCount, sizeof(Kanvo_Coord2D), ulFlags, kColor);
-}
-
 Tov_Int Kanvo_BitmapARGB32::DebugFontChar(Tov_UByte ubChar, Tov_UInt uiX, Tov_UInt uiY, Kanvo_Color kColor)
 {
     return Kanvo_DebugFont_Print::Blit_Char(ubChar, this, uiX, uiY, kColor);

@@ -1,7 +1,7 @@
 // Kanvo_BitmapARGB32: the render target. Keeps its buffer, the lock and the knowledge whether a pixel is translucent;
 // clears, fills, converts colours; its other operations check, clip, choose a worker and leave the pixels to it.
-// Kanvo_BitmapARGB32.cpp has the life cycle and fills, Kanvo_BitmapARGB32_Blit.cpp the unscaled blits,
-// Kanvo_BitmapARGB32_Pending.cpp what is not implemented yet.
+// Kanvo_BitmapARGB32.cpp has the life cycle and fills, Kanvo_BitmapARGB32_Blit.cpp the unscaled blits, _Stretch.cpp and
+// _Rot.cpp the scaled and rotated ones, _Draw.cpp lines, dots and polygons.
 #ifndef KANVO_BITMAPARGB32_H
 #define KANVO_BITMAPARGB32_H
 

@@ -26,6 +26,18 @@ inline void Kanvo_CheckAlphaMap(const Kanvo_Bitmap* pkAlpha)
                "alpha bitmap is not the right type");
 }
 
+//! As Kanvo_CheckAlphaMap, for the operations with two colours that only know the format BM_ALPHA5_2.
+inline void Kanvo_CheckTwoColorMap(const Kanvo_Bitmap* pkAlpha)
+{
+    TRAK_CHECK(pkAlpha != nullptr && pkAlpha->GetType() == BM_ALPHA5_2, "alpha bitmap is not the right type");
+}
+
+//! Whether a source is a stored image, whose workers take its rectangle as it is and clip for themselves.
+inline Tov_Bool Kanvo_IsRLE(const Kanvo_Bitmap* pkSource)
+{
+    return pkSource->GetType() == BM_RGB32RLE8 || pkSource->GetType() == BM_RGB32RLE16;
+}
+
 //! Whether a rectangle lies inside a bitmap. An empty one at a place inside does.
 inline Tov_Bool Kanvo_IsInside(const Kanvo_Bitmap* pkBitmap, std::int64_t iX, std::int64_t iY, Tov_UInt uiWidth,
                                Tov_UInt uiHeight)
@@ -61,8 +73,8 @@ inline Tov_Bool Kanvo_PrepareBlit(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap
     {
         return pkDest->ClipBlitrect(pkSource, uiWidth, uiHeight, uiSrcX, uiSrcY, iDstX, iDstY);
     }
-    const Tov_Bool bInside = Kanvo_IsInside(pkDest, iDstX, iDstY, uiWidth, uiHeight) &&
-                             Kanvo_IsInside(pkSource, uiSrcX, uiSrcY, uiWidth, uiHeight);
+    const Tov_Bool bInside = Kanvo_IsRLE(pkSource) || (Kanvo_IsInside(pkDest, iDstX, iDstY, uiWidth, uiHeight) &&
+                                                       Kanvo_IsInside(pkSource, uiSrcX, uiSrcY, uiWidth, uiHeight));
     TRAK_CHECK(bInside, "unclipped rectangle outside the bitmap");
     return bInside;
 }

@@ -5,6 +5,7 @@
 
 #include "Kanvo_Bitmap.h"
 #include "Kanvo_ColorMath.h"
+#include "Kanvo_PixelAndMap.h"
 
 //! A blit's rectangle, clipped: the same size at both ends.
 struct Kanvo_BlitRect
@@ -17,10 +18,11 @@ struct Kanvo_BlitRect
     Tov_UInt uiDstY;
 };
 
-//! Calls kRule(source offset, destination offset) for each pixel of the rectangle. Src and Dst are pixel policies. The
-//! rule travels by value and the walk is forced inline, so that the loop is the one a hand would write.
-template <class Src, class Dst, class Rule>
-KANVO_INLINE void Kanvo_BlitScan(const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
+//! Calls kRule(source offset, destination offset) for each pixel of the rectangle. Src and Dst are pixel policies, or
+//! for a source with a map a Kanvo_PixelAndMap over a Kanvo_BitmapAndMap. The rule travels by value and the walk is
+//! forced inline, so that the loop is the one a hand would write.
+template <class Src, class Dst, class Source, class Rule>
+KANVO_INLINE void Kanvo_BlitScan(const Source* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
                                  Rule kRule)
 {
     typename Src::Offset kSrcLine;

@@ -6,7 +6,19 @@
 #include "Kanvo_Bitmap.h"
 #include "Kanvo_ColorMath.h"
 
+//! What the optimised loops know of a bitmap: where its pixels are. Stands in for a Kanvo_Bitmap wherever a policy only
+//! wants to find a pixel.
+struct Kanvo_PixelView
+{
+    void*    pBuffer;
+    Tov_UInt uiPitch;
+
+    void*    GetBuffer() const { return pBuffer; }
+    Tov_UInt GetPitch() const { return uiPitch; }
+};
+
 //! An offset is a typed pointer to a pixel inside a bitmap's buffer. Nothing here tests bounds: callers stay inside.
+//! Bitmap is a Kanvo_Bitmap or a Kanvo_PixelView.
 template <class Policy, class PixelType>
 class Kanvo_PixelAddress
 {
@@ -14,21 +26,28 @@ public:
     using Pixel  = PixelType;
     using Offset = PixelType*;
 
-    static KANVO_INLINE void GetOffset(const Kanvo_Bitmap* pkBitmap, Tov_UInt uiX, Tov_UInt uiY, Offset& kOffset)
+    template <class Bitmap>
+    static KANVO_INLINE void GetOffset(const Bitmap* pkBitmap, Tov_UInt uiX, Tov_UInt uiY, Offset& kOffset)
     {
         AddOffset(pkBitmap, static_cast<Offset>(pkBitmap->GetBuffer()), uiX, uiY, kOffset);
     }
 
     //! kBase moved by uiX columns and uiY rows.
-    static KANVO_INLINE void AddOffset(const Kanvo_Bitmap* pkBitmap, Offset kBase, Tov_UInt uiX, Tov_UInt uiY,
+    template <class Bitmap>
+    static KANVO_INLINE void AddOffset(const Bitmap* pkBitmap, Offset kBase, Tov_UInt uiX, Tov_UInt uiY,
                                        Offset& kOffset)
     {
         kOffset = MoveBytes(kBase, static_cast<std::size_t>(uiY) * pkBitmap->GetPitch()) + uiX;
     }
 
-    static KANVO_INLINE void IncX(const Kanvo_Bitmap* /*pkBitmap*/, Offset& kOffset) { ++kOffset; }
+    template <class Bitmap>
+    static KANVO_INLINE void IncX(const Bitmap* /*pkBitmap*/, Offset& kOffset)
+    {
+        ++kOffset;
+    }
 
-    static KANVO_INLINE void IncY(const Kanvo_Bitmap* pkBitmap, Offset& kOffset)
+    template <class Bitmap>
+    static KANVO_INLINE void IncY(const Bitmap* pkBitmap, Offset& kOffset)
     {
         kOffset = MoveBytes(kOffset, pkBitmap->GetPitch());
     }
@@ -43,8 +62,8 @@ public:
     }
 
     //! Bilinear mix of the 2x2 block whose top-left pixel is at kOffset.
-    static KANVO_INLINE Pixel Blend4(const Kanvo_Bitmap* pkBitmap, Offset kOffset, Tov_UByte ubAlphaX,
-                                     Tov_UByte ubAlphaY)
+    template <class Bitmap>
+    static KANVO_INLINE Pixel Blend4(const Bitmap* pkBitmap, Offset kOffset, Tov_UByte ubAlphaX, Tov_UByte ubAlphaY)
     {
         Offset kBelow = kOffset;
         IncY(pkBitmap, kBelow);
@@ -53,7 +72,8 @@ public:
 
     //! Reads the 2x2 block column by column (top-left, bottom-left, top-right, bottom-right) and stops with false at
     //! the first pixel whose colour equals the key; the pixels after it are then left unwritten.
-    static KANVO_INLINE Tov_Bool ColorKeyTest4(const Kanvo_Bitmap* pkBitmap, Offset kOffset, Kanvo_Color cColorKey,
+    template <class Bitmap>
+    static KANVO_INLINE Tov_Bool ColorKeyTest4(const Bitmap* pkBitmap, Offset kOffset, Kanvo_Color cColorKey,
                                                Pixel& pxPixel1, Pixel& pxPixel2, Pixel& pxPixel3, Pixel& pxPixel4)
     {
         Offset kBelow = kOffset;

@@ -66,6 +66,18 @@ inline Tov_Fixed Tov_FltToFix(Tov_Float vFloat)
     return Tov_FltToInt(vFloat * 65536.0F);
 }
 
+//! floor(dValue) of a double, for set-ups that need more than 24 bits; saturates at +-2^62, NaN gives 0.
+inline std::int64_t Tov_DblFloor(double dValue)
+{
+    constexpr double dLimit = 4611686018427387904.0;
+    if (!(dValue > -dLimit && dValue < dLimit))
+    {
+        return dValue >= dLimit ? INT64_C(1) << 62 : dValue <= -dLimit ? -(INT64_C(1) << 62) : 0;
+    }
+    const auto iTruncated = static_cast<std::int64_t>(dValue);
+    return static_cast<double>(iTruncated) > dValue ? iTruncated - 1 : iTruncated;
+}
+
 //! 16.16 to float. Exact up to 24 significant bits, rounded to nearest above.
 inline Tov_Float Tov_FixToFlt(Tov_Fixed fxValue)
 {
@@ -82,6 +94,22 @@ inline Tov_Fixed Tov_IntToFix(Tov_Int iValue)
 inline Tov_Int Tov_FixToInt(Tov_Fixed fxValue)
 {
     return fxValue >> 16;
+}
+
+//! fxA + fxB and fxA - fxB of coordinates that may lie far outside: wraps.
+inline Tov_Fixed Tov_FixAdd(Tov_Fixed fxA, Tov_Fixed fxB)
+{
+    return static_cast<Tov_Fixed>(static_cast<Tov_UInt>(fxA) + static_cast<Tov_UInt>(fxB));
+}
+inline Tov_Fixed Tov_FixSub(Tov_Fixed fxA, Tov_Fixed fxB)
+{
+    return static_cast<Tov_Fixed>(static_cast<Tov_UInt>(fxA) - static_cast<Tov_UInt>(fxB));
+}
+
+//! The product of two plain integers, or of two 8.8 values as 16.16: wraps.
+inline Tov_Fixed Tov_IntMul(Tov_Int iA, Tov_Int iB)
+{
+    return static_cast<Tov_Fixed>(static_cast<Tov_UInt>(iA) * static_cast<Tov_UInt>(iB));
 }
 
 // ---- portable variants ----------------------------------------------------------------------------------------------

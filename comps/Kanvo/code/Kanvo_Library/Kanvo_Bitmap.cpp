@@ -274,25 +274,6 @@ void Kanvo_Bitmap::RecalculatePrescaleMatrix(Tov_UInt uiWidth, Tov_UInt uiHeight
     }
 }
 
-// ---- primitives -----------------------------------------------------------------------------------------------------
-
-void Kanvo_Bitmap::DrawPrimitive(const Kanvo_Primitive& /*kPrimitive*/, Tov_Flag /*ulFlags*/)
-{
-    TRAK_CHECK(false, "not implemented yet");
-}
-
-void Kanvo_Bitmap::DrawPrimitive(const Kanvo_Primitive& /*kPrimitive*/, const Kanvo_Matrix2& /*kMatrix*/,
-                                 const Kanvo_Vector2& /*kTranslation*/, Tov_Flag /*ulFlags*/)
-{
-    TRAK_CHECK(false, "not implemented yet");
-}
-
-void Kanvo_Bitmap::DrawPrimitive(const Kanvo_Primitive& /*kPrimitive*/, const Kanvo_Matrix3& /*kMatrix*/,
-                                 const Kanvo_Vector3& /*kTranslation*/, Tov_Flag /*ulFlags*/)
-{
-    TRAK_CHECK(false, "not implemented yet");
-}
-
 // ---- text -----------------------------------------------------------------------------------------------------------
 
 void Kanvo_Bitmap::DebugText(const char* pcText, Tov_UInt uiX, Tov_UInt uiY, Tov_UInt uiColor)

@@ -109,11 +109,18 @@ public:
     virtual void DrawLine(const Kanvo_Vector2& kStart, const Kanvo_Vector2& kEnd, Kanvo_Color kColor, Tov_Flag ulFlags,
                           Tov_Value vStartWidth, Tov_Value vEndWidth) = 0;
 
-    //! Fills a polygon of uiCount vertices. ulFlags: DrawPolygon_Flags.
+    //! Fills a polygon of uiCount vertices, closed from the last to the first, by the even-odd rule. ulFlags:
+    //! DrawPolygon_Flags, explained in Kanvo_Polydraw.h; POLY_EXTRUDE rewrites the vertices, which must not be constants
+    //! then. What is too large for the memory reserved is not drawn (Kanvo::ReservePolygons).
     virtual void DrawPolygon(const Kanvo_Coord2D* pkVertices, Tov_UInt uiCount, Kanvo_Color kColor,
                              Tov_Flag ulFlags) = 0;
 
-    //! Draws a primitive as it is, or transformed by a matrix and a translation.
+    //! Draws a primitive as it is, or transformed: each vertex (x, y) becomes kMatrix (x, y) + kTranslation, or, with three
+    //! components, the pixel (p.x / p.z, p.y / p.z) of the point p = kMatrix (x, y, 1) + kTranslation, so that an affine
+    //! matrix of Kanvo_Matrix3 and a translation with z = 0 mean the same as its TransformPoint. A point whose p.z is not
+    //! positive lies behind the viewer: dots and lines that need it are left out, a polygon that has one is not drawn.
+    //! ulFlags: those of DrawDot, DrawLine or DrawPolygon, whichever draws it. Transformed polygons, and extruded ones,
+    //! need room (Kanvo::ReservePolygons); the vertices of the primitive are never changed.
     virtual void DrawPrimitive(const Kanvo_Primitive& kPrimitive, Tov_Flag ulFlags);
     virtual void DrawPrimitive(const Kanvo_Primitive& kPrimitive, const Kanvo_Matrix2& kMatrix,
                                const Kanvo_Vector2& kTranslation, Tov_Flag ulFlags);

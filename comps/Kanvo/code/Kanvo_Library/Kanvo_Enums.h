@@ -54,6 +54,25 @@ enum DrawPolygon_Flags : Tov_Flag
     POLY_NOCLIP          = 0x100000
 };
 
+//! Flags of DrawLine; DrawDot reads the two quality bits. The wide-line bits are set by the line code itself.
+enum Kanvo_Lineflags : Tov_Flag
+{
+    Kanvo_LF_NONE                        = 0,
+    Kanvo_LF_ROUND_START                 = 0x00000001,  //!< a round cap at the start, on lines of 3 pixels and more
+    Kanvo_LF_ROUND_END                   = 0x00000002,
+    Kanvo_LF_ANTIALIAS                   = 0x00010000,
+    Kanvo_LF_HQ_AA                       = 0x00020000,  //!< filtered edges; with or instead of Kanvo_LF_ANTIALIAS
+    Kanvo_LF_DO_NOT_CLIP                 = 0x00100000,  //!< the caller promises that the line lies inside the bitmap
+    Kanvo_LF_WIDE_S                      = 0x01000000,
+    Kanvo_LF_WIDE_T                      = 0x02000000,
+    Kanvo_LF_WIDE                        = 0x03000000,
+    Kanvo_LF_WIDE_2                      = 0x04000000,
+    Kanvo_LF_PATTERN                     = 0x08000000,  //!< colours from the render state's line pattern
+    Kanvo_LF_ADVANCEPATTERN              = 0x10000000,  //!< the next line goes on where this one's pattern ends
+    Kanvo_LF_RESCALEPATTERN              = 0x20000000,  //!< the reference length of the pattern maps onto this line
+    Kanvo_LF_AA_CLIP_END_PART_CORRECTION = 0x40000000
+};
+
 //! Slots of Kanvo_RenderState. Those prefixed I_ are caches of the library.
 enum RenderStates : Tov_UByte
 {

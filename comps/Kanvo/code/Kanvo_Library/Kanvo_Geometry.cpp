@@ -52,8 +52,11 @@ void Kanvo_SinCosDegrees(Tov_Value vAngle, double& dSin, double& dCos)
     const Tov_Int iNearest = (iDegrees % 360 + (iDegrees < 0 ? -45 : 45)) / 90;  // quarter turns, to the nearest
     const double  dWithin  = static_cast<double>(iDegrees % 360 - iNearest * 90) + (dAngle - iDegrees);
 
-    const double dS = SinNearZero(dWithin * dRadiansPerDegree);
-    const double dC = CosNearZero(dWithin * dRadiansPerDegree);
+    // Halfway between two quarter turns either may be the nearest: both give the same bits.
+    constexpr double dDiagonal = 0.70710678118654752440;
+    const bool       bDiagonal = dWithin == 45.0 || dWithin == -45.0;
+    const double     dC        = bDiagonal ? dDiagonal : CosNearZero(dWithin * dRadiansPerDegree);
+    const double dS = !bDiagonal ? SinNearZero(dWithin * dRadiansPerDegree) : dWithin > 0.0 ? dDiagonal : -dDiagonal;
     switch (static_cast<Tov_UInt>(iNearest) & 3U)
     {
     case 0:

@@ -3,6 +3,7 @@
 #ifndef KANVO_GEOMETRY_H
 #define KANVO_GEOMETRY_H
 
+#include "Tov_Memory.h"
 #include "Tov_Types.h"
 
 class Kanvo_Vector2
@@ -40,6 +41,20 @@ struct Kanvo_Coord2D
     Tov_Value x;
     Tov_Value y;
 };
+
+//! Vertex uiIndex of a list whose vertices lie uiPitch bytes apart, at any alignment.
+inline Kanvo_Coord2D Kanvo_ReadVertex(const void* pvValues, Tov_UInt uiPitch, Tov_UInt uiIndex)
+{
+    Kanvo_Coord2D kVertex;
+    Tov_Memcpy(&kVertex, static_cast<const Tov_UByte*>(pvValues) + static_cast<std::size_t>(uiIndex) * uiPitch,
+               sizeof kVertex);
+    return kVertex;
+}
+inline void Kanvo_WriteVertex(void* pvValues, Tov_UInt uiPitch, Tov_UInt uiIndex, const Kanvo_Coord2D& kVertex)
+{
+    Tov_Memcpy(static_cast<Tov_UByte*>(pvValues) + static_cast<std::size_t>(uiIndex) * uiPitch, &kVertex,
+               sizeof kVertex);
+}
 
 //! 2x2 matrix, row by row: transforms the vertices of primitives.
 class Kanvo_Matrix2

@@ -1,13 +1,15 @@
-// Kanvo_Object: allocation of bitmap buffers. Each allocation carries a record in front of its pixels and is kept in a
-// list, because a bitmap hands every buffer back, also one that its caller brought along: only what stands in the list
-// may be freed, and a foreign buffer must not be read to find out.
+// Kanvo_Object: allocation of bitmap buffers, and the area of the polygons, which is one of them. Each allocation carries a
+// record in front of its pixels and is kept in a list, because a bitmap hands every buffer back, also one that its caller
+// brought along: only what stands in the list may be freed, and a foreign buffer must not be read to find out.
 #include "Kanvo_Object.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
 
 #include "Kanvo_Enums.h"
+#include "Kanvo_PolyBuffers.h"
 #include "Trak_Assert.h"
 
 struct Kanvo::Block
@@ -85,5 +87,44 @@ void Kanvo::Free(void* pBuffer, Tov_UByte ubBBT)
             std::free(pkBlock->pMemory);
             return;
         }
+    }
+}
+
+Tov_Bool Kanvo::ReservePolygons(Tov_UInt uiCorners, Tov_UInt uiRows)
+{
+    if (uiCorners <= Kanvo_PolyGetCorners() && uiRows <= Kanvo_PolyGetRows())
+    {
+        return true;
+    }
+    uiCorners                 = std::max(uiCorners, Kanvo_PolyGetCorners());
+    uiRows                    = std::max(uiRows, Kanvo_PolyGetRows());
+    const std::size_t uiBytes = Kanvo_PolyAreaBytes(uiCorners, uiRows);
+    void* const       pMemory =
+        uiBytes != 0 ? AllocBitmapBuffer(BM_ALPHA8, BBT_KANVO, static_cast<Tov_UInt>(uiBytes), 1) : nullptr;
+    if (pMemory == nullptr)
+    {
+        return false;
+    }
+    if (reinterpret_cast<std::uintptr_t>(pMemory) % alignof(void*) != 0)  // as good as none: bytes need no alignment
+    {
+        FreeBitmapBuffer(pMemory, BBT_KANVO);
+        return false;
+    }
+    Kanvo_PolyAttachArea(pMemory, uiCorners, uiRows);
+    if (m_pPolygons != nullptr)
+    {
+        FreeBitmapBuffer(m_pPolygons, BBT_KANVO);
+    }
+    m_pPolygons = pMemory;
+    return true;
+}
+
+void Kanvo::ReleasePolygons()
+{
+    if (m_pPolygons != nullptr)
+    {
+        Kanvo_PolyDetachArea(m_pPolygons);
+        FreeBitmapBuffer(m_pPolygons, BBT_KANVO);
+        m_pPolygons = nullptr;
     }
 }

@@ -1,4 +1,5 @@
-// Kanvo_Object: the library object. Hands out the memory behind bitmaps; everything else hangs off a Kanvo_Screen.
+// Kanvo_Object: the library object. Hands out the memory behind bitmaps and polygons; everything else hangs off a
+// Kanvo_Screen.
 #ifndef KANVO_OBJECT_H
 #define KANVO_OBJECT_H
 
@@ -17,7 +18,11 @@ public:
     static constexpr std::size_t MAX_BUFFER_BYTES = 0x7FFFFFFF;
 
     Kanvo() = default;
-    virtual ~Kanvo() { CheckReturned(); }
+    virtual ~Kanvo()
+    {
+        Kanvo::ReleasePolygons();
+        CheckReturned();
+    }
     Kanvo(const Kanvo&)            = delete;
     Kanvo& operator=(const Kanvo&) = delete;
 
@@ -33,6 +38,18 @@ public:
     //! the caller brought along, and null are left alone.
     virtual void FreeBitmapBuffer(void* pBuffer, Tov_UByte ubBBT) { Free(pBuffer, ubBBT); }
 
+    //! Makes room for polygons of up to uiCorners corners, counted after clipping, and for anti-aliased ones in bitmaps
+    //! of up to uiRows rows. What is built in serves 512 corners and 2048 rows; larger polygons assert "polygon too large"
+    //! and are not drawn. Call it before drawing: no drawing operation allocates. The memory comes from AllocBitmapBuffer,
+    //! 88 bytes per corner on a 32-bit processor, and is one area for all polygons on all screens: a second call replaces it, also one of
+    //! another library object, unless what is there is large enough. False where there is not enough memory; what was
+    //! there before stays.
+    Tov_Bool ReservePolygons(Tov_UInt uiCorners, Tov_UInt uiRows);
+
+    //! Gives the memory of ReservePolygons back, and goes back to what is built in. The destructor does this, but no longer
+    //! reaches a FreeBitmapBuffer of a derived class: that class calls it in its own destructor.
+    void ReleasePolygons();
+
     //! Bytes of one pixel of a BitmapType; 0 for types whose pixels are not whole bytes or not stored one by one.
     static Tov_UInt BytesPerPixel(Tov_UInt uiType);
 
@@ -43,7 +60,8 @@ private:
     void  CheckReturned() const;
 
     struct Block;
-    Block* m_pkBlocks = nullptr;  //!< every live allocation, newest first
+    Block* m_pkBlocks  = nullptr;  //!< every live allocation, newest first
+    void*  m_pPolygons = nullptr;  //!< memory of ReservePolygons
 };
 
 #endif

@@ -13,9 +13,14 @@ void RefuseToDraw()
 
 }  // namespace
 
+Kanvo_SourceBitmap::Kanvo_SourceBitmap(Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT)
+    : Kanvo_Bitmap(uiWidth, uiHeight, ubBBT)
+{
+}
+
 Kanvo_SourceBitmap::Kanvo_SourceBitmap(BitmapType eType, Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight,
                                        Tov_UByte ubBBT, void* pBuffer, Tov_UInt uiPitch)
-    : Kanvo_Bitmap(uiWidth, uiHeight, ubBBT)
+    : Kanvo_SourceBitmap(uiWidth, uiHeight, ubBBT)
 {
     AttachBuffer(eType, pkScreen, pBuffer, uiPitch);
 }

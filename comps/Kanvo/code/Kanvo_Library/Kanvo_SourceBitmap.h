@@ -66,6 +66,9 @@ public:
                                 Kanvo_Color kColor) override;
 
 protected:
+    //! A bitmap without pixels yet; the derived class brings them.
+    Kanvo_SourceBitmap(Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT);
+
     //! A bitmap with memory of its own (pBuffer null) or over pixels the caller keeps alive and frees. See AttachBuffer.
     Kanvo_SourceBitmap(BitmapType eType, Kanvo_Screen* pkScreen, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubBBT,
                        void* pBuffer, Tov_UInt uiPitch);

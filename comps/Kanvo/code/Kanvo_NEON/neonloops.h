@@ -32,6 +32,11 @@ extern void (*neonloops_blit_argb32_argb32_as_ag)(Kanvo_OffsetARGB32 kDst, const
                                                   Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch, Tov_UInt uiWidth,
                                                   Tov_UInt uiHeight, Tov_UByte ubAlpha);
 
+//! Blends by the source's own alpha, as BlendPixelSrcAlpha at 255.
+extern void (*neonloops_blit_argb32_argb32_as)(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc,
+                                               Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch, Tov_UInt uiWidth,
+                                               Tov_UInt uiHeight);
+
 //! Converts to opaque ARGB32 and stores.
 extern void (*neonloops_blit_argb32_rgb565)(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiDstPitch,
                                             Tov_UInt uiSrcPitch, Tov_UInt uiWidth, Tov_UInt uiHeight);
@@ -50,5 +55,23 @@ extern void (*neonloops_blitcolor_argb32_a8)(Kanvo_OffsetARGB32 kDst, const Kanv
 extern void (*neonloops_blitcolor_argb32_a8_ag)(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask,
                                                 Tov_UInt uiDstPitch, Tov_UInt uiMaskPitch, Kanvo_ColorARGB32 clColor,
                                                 Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubAlpha);
+
+// ---- blits through an alpha map -------------------------------------------------------------------------------------
+
+//! Stores the converted colour with the map's value as its alpha; where that is 0 the pixel stays.
+extern void (*neonloops_blit_argb32_rgb565a8)(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
+                                              const Kanvo_PixelA8* kMask, Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch,
+                                              Tov_UInt uiMaskPitch, Tov_UInt uiWidth, Tov_UInt uiHeight);
+
+//! Blends the converted colour by the map's value, as BlendPixel.
+extern void (*neonloops_blit_argb32_rgb565a8_as)(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
+                                                 const Kanvo_PixelA8* kMask, Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch,
+                                                 Tov_UInt uiMaskPitch, Tov_UInt uiWidth, Tov_UInt uiHeight);
+
+//! Blends the converted colour by the map's value times ubAlpha, as BlendPixel.
+extern void (*neonloops_blit_argb32_rgb565a8_as_ag)(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
+                                                    const Kanvo_PixelA8* kMask, Tov_UInt uiDstPitch,
+                                                    Tov_UInt uiSrcPitch, Tov_UInt uiMaskPitch, Tov_UInt uiWidth,
+                                                    Tov_UInt uiHeight, Tov_UByte ubAlpha);
 
 #endif

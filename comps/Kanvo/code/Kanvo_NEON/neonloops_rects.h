@@ -29,6 +29,12 @@ struct Kanvo_LoopRects
                 { Rows::Copy(kDstRow, kSrcRow, uiWidth); });
     }
 
+    static void OverOpaque(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiDstPitch,
+                           Tov_UInt uiSrcPitch, Tov_UInt uiWidth, Tov_UInt uiHeight)
+    {
+        Over(kDst, kSrc, uiDstPitch, uiSrcPitch, uiWidth, uiHeight, 255);
+    }
+
     static void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch,
                      Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubAlpha)
     {
@@ -68,6 +74,31 @@ struct Kanvo_LoopRects
                 { Rows::ColorMask(kDstRow, kMaskRow, uiWidth, clColor, ubAlpha); });
     }
 
+    static void StoreMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, const Kanvo_PixelA8* kMask,
+                             Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch, Tov_UInt uiMaskPitch, Tov_UInt uiWidth,
+                             Tov_UInt uiHeight)
+    {
+        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, kMask, uiMaskPitch, uiHeight,
+                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelRGB565* kSrcRow, const Kanvo_PixelA8* kMaskRow)
+                { Rows::StoreMask565(kDstRow, kSrcRow, kMaskRow, uiWidth); });
+    }
+
+    static void BlendMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, const Kanvo_PixelA8* kMask,
+                             Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch, Tov_UInt uiMaskPitch, Tov_UInt uiWidth,
+                             Tov_UInt uiHeight)
+    {
+        BlendMask565Scaled(kDst, kSrc, kMask, uiDstPitch, uiSrcPitch, uiMaskPitch, uiWidth, uiHeight, 255);
+    }
+
+    static void BlendMask565Scaled(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, const Kanvo_PixelA8* kMask,
+                                   Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch, Tov_UInt uiMaskPitch, Tov_UInt uiWidth,
+                                   Tov_UInt uiHeight, Tov_UByte ubAlpha)
+    {
+        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, kMask, uiMaskPitch, uiHeight,
+                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelRGB565* kSrcRow, const Kanvo_PixelA8* kMaskRow)
+                { Rows::BlendMask565(kDstRow, kSrcRow, kMaskRow, uiWidth, ubAlpha); });
+    }
+
 private:
     template <class Pixel>
     static KANVO_INLINE Pixel* NextRow(Pixel* kRow, Tov_UInt uiPitch)
@@ -94,6 +125,20 @@ private:
             kDrawRow(kDst, kSrc);
             kDst = NextRow(kDst, uiDstPitch);
             kSrc = NextRow(kSrc, uiSrcPitch);
+        }
+    }
+
+    template <class SrcPixel, class DrawRow>
+    static KANVO_INLINE void ForRows(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, const SrcPixel* kSrc,
+                                     Tov_UInt uiSrcPitch, const Kanvo_PixelA8* kMask, Tov_UInt uiMaskPitch,
+                                     Tov_UInt uiHeight, DrawRow kDrawRow)
+    {
+        for (; uiHeight > 0; --uiHeight)
+        {
+            kDrawRow(kDst, kSrc, kMask);
+            kDst  = NextRow(kDst, uiDstPitch);
+            kSrc  = NextRow(kSrc, uiSrcPitch);
+            kMask = NextRow(kMask, uiMaskPitch);
         }
     }
 };

@@ -28,11 +28,22 @@ struct Kanvo_RowsReference
     //! Blends the source pixels by their own alpha times ubAlpha, as BlendPixelSrcAlpha.
     static void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount, Tov_UByte ubAlpha);
 
+    //! Blends one colour in by ubAlpha, as BlendPixel; the colour's own alpha is not read.
+    static void BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha);
+
     //! Stores the source pixels as opaque ARGB32.
     static void Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount);
 
     //! Converts and blends by ubAlpha, as BlendPixelSrcAlpha of an opaque pixel.
     static void Over565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount, Tov_UByte ubAlpha);
+
+    //! Stores the converted source with the mask as its alpha; where that is 0 the pixel stays.
+    static void StoreMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, const Kanvo_PixelA8* kMask,
+                             Tov_UInt uiCount);
+
+    //! Blends the converted source by the mask times ubAlpha, as BlendPixel.
+    static void BlendMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, const Kanvo_PixelA8* kMask,
+                             Tov_UInt uiCount, Tov_UByte ubAlpha);
 
     //! Mixes one colour in with KanvoBlit_MixLinear by each coverage times ubAlpha.
     static void ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiCount,

@@ -70,6 +70,15 @@ void Kanvo_RowsReference::Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32*
     }
 }
 
+void Kanvo_RowsReference::BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
+                                     Tov_UByte ubAlpha)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        Access::BlendPixel(kDst + uiX, clColor, ubAlpha);
+    }
+}
+
 void Kanvo_RowsReference::Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount)
 {
     for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
@@ -84,6 +93,27 @@ void Kanvo_RowsReference::Over565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB5
     for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
     {
         Access::BlendPixelSrcAlpha(kDst + uiX, Expand565(kSrc[uiX]), ubAlpha);
+    }
+}
+
+void Kanvo_RowsReference::StoreMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
+                                       const Kanvo_PixelA8* kMask, Tov_UInt uiCount)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        if (kMask[uiX] != 0)
+        {
+            kDst[uiX] = Access::ColorAndAlphaToPixel(Expand565(kSrc[uiX]), kMask[uiX]);
+        }
+    }
+}
+
+void Kanvo_RowsReference::BlendMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
+                                       const Kanvo_PixelA8* kMask, Tov_UInt uiCount, Tov_UByte ubAlpha)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        Access::BlendPixel(kDst + uiX, Expand565(kSrc[uiX]), Kanvo_MulByte(kMask[uiX], ubAlpha));
     }
 }
 

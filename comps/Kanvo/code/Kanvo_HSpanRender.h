@@ -1,0 +1,24 @@
+// Kanvo_HSpanRender: horizontal spans with hard edges, for Y-major lines and polygons. The work is that of Kanvo_SpanRender.
+#ifndef KANVO_HSPANRENDER_H
+#define KANVO_HSPANRENDER_H
+
+#include "Kanvo_SpanRender.h"
+
+template <class PixelType, class OffsetType, class Style, class Access>
+class Kanvo_HSpanRender : public Kanvo_SpanRender<Kanvo_AxisH<Access>, Style, Access>
+{
+public:
+    //! All pixels from the one that holds x1 to the one that holds x2, blended by ubAlpha.
+    static KANVO_INLINE void RenderSpanAlpha(Kanvo_Bitmap* pBitmap, Tov_Fixed y, Tov_Fixed x1, Tov_Fixed x2,
+                                             PixelType pxColor, Tov_UByte ubAlpha)
+    {
+        const Kanvo_SpanPen<Kanvo_AxisH<Access>, Access> kPen(pBitmap, y, x1);
+        const Kanvo_SpanRange                            kRange = kPen.Inside({0, (x2 >> 16) - (x1 >> 16)});
+        for (Tov_Int iPixel = kRange.iFirst; iPixel <= kRange.iLast; ++iPixel)
+        {
+            Access::BlendPixelSrcAlpha(kPen.At(iPixel), pxColor, ubAlpha);
+        }
+    }
+};
+
+#endif

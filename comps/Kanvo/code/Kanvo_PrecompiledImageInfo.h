@@ -1,0 +1,168 @@
+// Kanvo_PrecompiledImageInfo: the stored form of run-length-encoded images, and the one decoder of their token stream.
+// Images are made offline; the drawing code trusts them (Kanvo_ImageCheck looks at data that cannot be trusted).
+//
+// Little-endian: the header below (40 bytes), the palette, and from uiStartIndexOfColorIndices on the tokens. The tokens'
+// unit is one byte (RLE8) or a 16-bit word (RLE16):
+//
+//     n, v               n pixels of palette entry v            (n not 0)
+//     0, n, p1 ... pn    n pixels, one palette entry each       (n not 0)
+//     0, 0               end of the image
+//
+// One stream covers the image row by row from the top; a token may run on into the next row.
+#ifndef KANVO_PRECOMPILEDIMAGEINFO_H
+#define KANVO_PRECOMPILEDIMAGEINFO_H
+
+#include "Kanvo_ColorMath.h"
+#include "Tov_Types.h"
+
+//! The first 40 bytes of a stored image.
+struct Kanvo_PrecompiledImageInfo
+{
+    static constexpr Tov_UInt  WORD_KANVO = 0x4F564E4BU;  //!< uiKanvo: "KNVO"
+    static constexpr Tov_UInt  WORD_RLE   = 0x20454C52U;  //!< ui_RLE: "RLE "
+    static constexpr Tov_UByte VERSION    = 1;
+
+    Tov_UInt  uiKanvo;
+    Tov_UInt  ui_RLE;
+    Tov_UByte ubRLEBits;  //!< bits of a token unit, 8 or 16
+    Tov_UByte ubVersion;
+    Tov_UByte bOpaqueColorsOnly;  //!< 1 where every palette entry is opaque
+    Tov_UByte ubReserved;
+    Tov_UByte ubColorBitsA;  //!< bits per channel of the artwork
+    Tov_UByte ubColorBitsR;
+    Tov_UByte ubColorBitsG;
+    Tov_UByte ubColorBitsB;
+    Tov_UInt  uiWidth;
+    Tov_UInt  uiHeight;
+    Tov_UInt  uiPaletteColorCount;
+    Tov_UInt  uiReserved1;
+    Tov_UInt  uiReserved2;
+    Tov_UInt  uiStartIndexOfColorIndices;  //!< bytes from the start of the header to the first token
+
+    // An array of the length that the header states is what compilers call an extension, and what a stored form needs.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpedantic"
+    Kanvo_ColorARGB32 acolColorPalette[];  //!< uiPaletteColorCount words
+#pragma GCC diagnostic pop
+
+    const void* GetRLEDataBytes() const
+    {
+        return reinterpret_cast<const Tov_UByte*>(this) + uiStartIndexOfColorIndices;
+    }
+};
+
+static_assert(sizeof(Kanvo_PrecompiledImageInfo) == 40 && alignof(Kanvo_PrecompiledImageInfo) == 4);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, uiKanvo) == 0);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, ui_RLE) == 4);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, ubRLEBits) == 8);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, ubVersion) == 9);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, bOpaqueColorsOnly) == 10);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, ubReserved) == 11);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, ubColorBitsA) == 12);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, ubColorBitsR) == 13);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, ubColorBitsG) == 14);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, ubColorBitsB) == 15);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, uiWidth) == 16);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, uiHeight) == 20);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, uiPaletteColorCount) == 24);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, uiReserved1) == 28);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, uiReserved2) == 32);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, uiStartIndexOfColorIndices) == 36);
+static_assert(offsetof(Kanvo_PrecompiledImageInfo, acolColorPalette) == 40);
+
+//! What the decoder is inside of.
+enum RLECurDecompresstoken : Tov_UByte
+{
+    RLECURDECOMPRESSTOKEN_GETNEXT = 0,  //!< between tokens
+    RLECURDECOMPRESSTOKEN_ABS     = 1,  //!< a literal
+    RLECURDECOMPRESSTOKEN_RLE     = 2,  //!< a run
+    RLECURDECOMPRESSTOKEN_END     = 3
+};
+
+//! Where a decoder stands. Zeroed, with the pointer at GetRLEDataBytes(), it stands at the first pixel.
+template <class Unit>
+struct Kanvo_RLECurDecompressInfo
+{
+    const Unit*           pubyCurRLEDataByte;  //!< next unread unit; a run's value, a literal's first index
+    RLECurDecompresstoken eCurrentToken;
+    Tov_UInt              CurrentTokenDataposition;  //!< pixels of the token consumed
+    Tov_UInt              CurrentTokenDatacount;     //!< pixels in the token
+
+    explicit Kanvo_RLECurDecompressInfo(const Kanvo_PrecompiledImageInfo* pstInfo)
+        : pubyCurRLEDataByte(static_cast<const Unit*>(pstInfo->GetRLEDataBytes())),
+          eCurrentToken(RLECURDECOMPRESSTOKEN_GETNEXT),
+          CurrentTokenDataposition(0),
+          CurrentTokenDatacount(0)
+    {
+    }
+
+    //! Consumes uiPixels pixels and hands them to the sink in pieces that lie within one token: Run(entry, count) or
+    //! Literal(first index, count). Behind the end token nothing is consumed.
+    template <class Sink>
+    KANVO_INLINE void Consume(std::uint64_t uiPixels, Sink& kSink)
+    {
+        while (uiPixels > 0)
+        {
+            if (eCurrentToken == RLECURDECOMPRESSTOKEN_GETNEXT)
+            {
+                ReadToken();
+            }
+            if (eCurrentToken == RLECURDECOMPRESSTOKEN_END)
+            {
+                return;
+            }
+            const Tov_UInt uiLeft = CurrentTokenDatacount - CurrentTokenDataposition;
+            const Tov_UInt uiTake = uiPixels < uiLeft ? static_cast<Tov_UInt>(uiPixels) : uiLeft;
+            if (eCurrentToken == RLECURDECOMPRESSTOKEN_ABS)
+            {
+                kSink.Literal(pubyCurRLEDataByte + CurrentTokenDataposition, uiTake);
+            }
+            else
+            {
+                kSink.Run(*pubyCurRLEDataByte, uiTake);
+            }
+            uiPixels -= uiTake;
+            CurrentTokenDataposition += uiTake;
+            if (uiTake == uiLeft)
+            {
+                CloseToken();
+            }
+        }
+    }
+
+private:
+    void ReadToken()
+    {
+        const Unit uFirst = *pubyCurRLEDataByte++;
+        if (uFirst != 0)
+        {
+            eCurrentToken         = RLECURDECOMPRESSTOKEN_RLE;
+            CurrentTokenDatacount = uFirst;
+            return;
+        }
+        const Unit uSecond    = *pubyCurRLEDataByte;
+        CurrentTokenDatacount = uSecond;
+        if (uSecond != 0)
+        {
+            ++pubyCurRLEDataByte;
+            eCurrentToken = RLECURDECOMPRESSTOKEN_ABS;
+        }
+        else
+        {
+            eCurrentToken = RLECURDECOMPRESSTOKEN_END;
+        }
+    }
+
+    void CloseToken()
+    {
+        pubyCurRLEDataByte += eCurrentToken == RLECURDECOMPRESSTOKEN_ABS ? CurrentTokenDatacount : 1U;
+        CurrentTokenDataposition = 0;
+        CurrentTokenDatacount    = 0;
+        eCurrentToken            = RLECURDECOMPRESSTOKEN_GETNEXT;
+    }
+};
+
+using RLE8CurDecompressInfo  = Kanvo_RLECurDecompressInfo<Tov_UByte>;
+using RLE16CurDecompressInfo = Kanvo_RLECurDecompressInfo<Tov_UShort>;
+
+#endif

@@ -1,0 +1,75 @@
+// Kanvo_SpanRender: spans and points with hard edges. Base of Kanvo_HSpanRender and Kanvo_VSpanRender, which choose the
+// axis.
+#ifndef KANVO_SPANRENDER_H
+#define KANVO_SPANRENDER_H
+
+#include "Kanvo_Spandraw.h"
+
+//! A pixel is written whole or not at all.
+template <class Access>
+struct Kanvo_HardEdges
+{
+    Kanvo_HardEdges(Tov_Fixed /*x1*/, Tov_Fixed /*x2*/) {}
+
+    KANVO_INLINE Tov_Bool HasPixels() const { return true; }
+    KANVO_INLINE void Draw(typename Access::Offset kOffset, Kanvo_PixelARGB32 px, Tov_Int /*iPixel*/, Tov_Fixed fxNear,
+                           Tov_Fixed fxDist2) const
+    {
+        if (fxNear > 0 && fxNear <= fxDist2)
+        {
+            Access::PutPixel(kOffset, px);
+        }
+    }
+};
+
+//! Static methods over an axis and a style: a pixel value for colour lines, a Kanvo_Line_patternStyle* for pattern
+//! lines, whose only methods in use are RenderSpanPattern2Edge. Coordinates and distances are 16.16; y is the major
+//! coordinate, x the minor one. Pixels outside the bitmap are left out.
+template <class Axis, class Style, class Access>
+class Kanvo_SpanRender : public Kanvo_SpanTwoEdges<Axis, Access, Kanvo_HardEdges<Access>>
+{
+public:
+    using Pen = Kanvo_SpanPen<Axis, Access>;
+
+    //! The pixel that holds the point.
+    static KANVO_INLINE void RenderPixel(Kanvo_Bitmap* pBitmap, Tov_Fixed y, Tov_Fixed x, Kanvo_PixelARGB32 pxColor)
+    {
+        Pen(pBitmap, y, x).Put(0, pxColor);
+    }
+
+    //! The same inside the pixel bounds.
+    static KANVO_INLINE void RenderPixel(Kanvo_Bitmap* pBitmap, Tov_Fixed y, Tov_Fixed x, Kanvo_PixelARGB32 pxColor,
+                                         Tov_Fixed max_Minor, Tov_Fixed min_Minor, Tov_Fixed max_Major,
+                                         Tov_Fixed min_Major)
+    {
+        if ((y >> 16) >= (min_Major >> 16) && (y >> 16) <= (max_Major >> 16) && (x >> 16) >= (min_Minor >> 16) &&
+            (x >> 16) <= (max_Minor >> 16))
+        {
+            RenderPixel(pBitmap, y, x, pxColor);
+        }
+    }
+
+    //! All pixels from the one that holds x1 to the one that holds x2.
+    static KANVO_INLINE void RenderSpan(Kanvo_Bitmap* pBitmap, Tov_Fixed y, Tov_Fixed x1, Tov_Fixed x2,
+                                        Kanvo_PixelARGB32 pxColor)
+    {
+        Pen(pBitmap, y, x1).PutRun(0, (x2 >> 16) - (x1 >> 16), pxColor);
+    }
+
+    //! Those of them whose distance is positive. fxDist: distance at x1; fxDistInc: its change per pixel.
+    static KANVO_INLINE void RenderSpanEdge(Kanvo_Bitmap* pBitmap, Tov_Fixed y, Tov_Fixed x1, Tov_Fixed x2,
+                                            Tov_Fixed fxDist, Tov_Fixed fxDistInc, Kanvo_PixelARGB32 pxColor)
+    {
+        Kanvo_WalkDistances(Pen(pBitmap, y, x1), {0, (x2 >> 16) - (x1 >> 16)},
+                            Kanvo_DistanceAtStart(x1, fxDist, fxDistInc, 0), fxDistInc, Kanvo_PaintColor{pxColor},
+                            [](Tov_Int /*iPixel*/, typename Pen::Offset kOffset, Tov_Fixed fxD, Kanvo_PixelARGB32 px)
+                            {
+                                if (fxD > 0)
+                                {
+                                    Access::PutPixel(kOffset, px);
+                                }
+                            });
+    }
+};
+
+#endif

@@ -1,0 +1,60 @@
+// RandomPolygons: outlines of every kind that polygons are made of: convex and concave, crossing themselves, on whole,
+// half and any coordinates, with repeated and collinear corners, slivers and nearly level sides, inside the picture or
+// far outside.
+#ifndef RANDOMPOLYGONS_H
+#define RANDOMPOLYGONS_H
+
+#include <cstdint>
+#include <string>
+
+#include "Dice.h"
+#include "Reference_Polygon.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#define RANDOM_POLYGONS_SLOW 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer) || __has_feature(undefined_behavior_sanitizer)
+#define RANDOM_POLYGONS_SLOW 1
+#endif
+#endif
+#ifndef RANDOM_POLYGONS_SLOW
+#define RANDOM_POLYGONS_SLOW 0
+#endif
+
+namespace support
+{
+
+//! The number of cases of a random test, or a fiftieth of it under sanitizers.
+constexpr std::uint64_t CasesOf(std::uint64_t cases)
+{
+    return RANDOM_POLYGONS_SLOW != 0 ? cases / 50 : cases;
+}
+
+//! low to high, high excluded but for rounding.
+inline float Uniform(Dice& dice, float low, float high)
+{
+    return low + (high - low) * (static_cast<float>(dice.Next32() >> 8) / 16777216.0F);
+}
+
+struct PolygonSpace
+{
+    unsigned width;
+    unsigned height;
+    bool     inside;  // every corner lies in 0 <= x < width, 0 <= y < height
+};
+
+//! 3 to 40 corners, at times followed by copies of themselves; all finite.
+reference::Outline ThrowOutline(Dice& dice, const PolygonSpace& space);
+
+//! Corners on an ellipse in order, around a middle inside the space; none outside.
+reference::Outline ThrowConvex(Dice& dice, const PolygonSpace& space);
+
+//! Corners in order of their angle at any distance from a middle inside the space: concave, not crossing itself.
+reference::Outline ThrowConcave(Dice& dice, const PolygonSpace& space);
+
+//! "(1, 2) (3, 4) ...", with enough digits to have the same polygon again; the first hundred corners.
+std::string Described(const reference::Outline& outline);
+
+}  // namespace support
+
+#endif
