@@ -21,7 +21,7 @@ Kanvo_BitmapRLE::Kanvo_BitmapRLE(Kanvo_Screen* pkScreen, const void* pvImage, st
     TRAK_CHECK(m_kReport.IsUsable(), Kanvo_ImageFaultText(m_kReport.eFault));
 
     m_pBuffer = const_cast<void*>(pvKept);  // read only; the base knows one kind of pointer
-    if (m_kReport.IsUsable())
+    if (pvKept != nullptr && m_kReport.IsUsable())
     {
         const auto& kInfo = *static_cast<const Kanvo_PrecompiledImageInfo*>(pvKept);
         m_uiType          = kInfo.ubRLEBits == 8 ? BM_RGB32RLE8 : BM_RGB32RLE16;

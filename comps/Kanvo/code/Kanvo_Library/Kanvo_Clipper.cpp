@@ -255,8 +255,8 @@ Tov_Flag Kanvo_Clipper::Clip(const Region& kRegion, Kanvo_Vector2& kA, Kanvo_Vec
     {
         return CF_VIS;
     }
-    const double dX  = static_cast<double>(kA.x);
-    const double dY  = static_cast<double>(kA.y);
+    const auto   dX  = static_cast<double>(kA.x);
+    const auto   dY  = static_cast<double>(kA.y);
     const double dDX = static_cast<double>(kB.x) - dX;
     const double dDY = static_cast<double>(kB.y) - dY;
     Part         kPart;

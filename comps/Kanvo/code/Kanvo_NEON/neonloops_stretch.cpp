@@ -8,6 +8,7 @@ namespace
 
 //! Draws if anything is visible. Bounds of the source are those of its rectangle, which the caller has checked.
 template <Tov_Bool BILINEAR, class SrcPixel, class Draw>
+// NOLINTNEXTLINE(readability-non-const-parameter): kDraw writes there, through the view
 KANVO_INLINE void Run(Draw kDraw, KANVO_STRETCH_ARGUMENTS(SrcPixel))
 {
     const Kanvo_PixelView              kFrom{const_cast<SrcPixel*>(kSrc), uiSrcPitch};
