@@ -50,11 +50,11 @@ STEMS = {
 }
 
 # Stems of comps/Kanvo/code/Kanvo_NEON: scaled rectangles lie beside the workers, whole ones beside the spans, single
-# rows beside the pixels.
+# rows beside the pixels, and with them the template that each instruction set's rows are put together by.
 NEON_STEMS = {
     "WORKERS": "neonloops_stretch",
-    "SPANS": "neonloops neonloops_rects",
-    "PIXELS": "rows rows_reference rows_neon rows_avx2",
+    "SPANS": "neonloops",
+    "PIXELS": "rows rows_reference rows_neon rows_avx2 neonloops_rects",
 }
 
 # Folders whose files all lie in one row.

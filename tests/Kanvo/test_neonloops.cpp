@@ -1,12 +1,13 @@
-// Tests of the loops of neonloops.h, whatever they point to, against the blends as one would explain them (NaiveMix.h):
-// all widths, alignments, pitches and positions against protected pages; random rectangles; every triple of source,
-// destination and alpha; overlapping rectangles.
+// Tests of the loops of neonloops.h, at every level of this machine, against the blends as one would explain them
+// (NaiveMix.h): all widths, alignments, pitches and positions against protected pages; random rectangles; every triple of
+// source, destination and alpha; overlapping rectangles.
 #include "neonloops.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 #include "CrashNote.h"
 #include "Dice.h"
 #include "Fence.h"
+#include "Levels.h"
 #include "NaiveMix.h"
 #include "Reference_Blit.h"
 #include "Sweep.h"
@@ -84,6 +86,15 @@ const Loop OVER{"blit_argb32_argb32_as_ag", 4, true,
                 },
                 [](std::uint32_t under, std::uint32_t source, std::uint32_t, int alpha)
                 { return support::MixLinearSrcAlpha(under, source, alpha); }};
+
+const Loop OVER_AT_255{"blit_argb32_argb32_as", 4, false,
+                       [](const Arguments& with)
+                       {
+                           neonloops_blit_argb32_argb32_as(with.Dst(), with.Src<Kanvo_PixelARGB32>(), with.dstPitch,
+                                                           with.srcPitch, with.width, with.height);
+                       },
+                       [](std::uint32_t under, std::uint32_t source, std::uint32_t, int)
+                       { return support::MixLinearSrcAlpha(under, source, 255); }};
 
 const Loop CONVERT_565{"blit_argb32_rgb565", 2, false,
                        [](const Arguments& with)
@@ -289,23 +300,36 @@ private:
     std::vector<std::uint8_t> m_source;
 };
 
-class Neonloops : public testing::TestWithParam<Loop>
+class Neonloops : public testing::TestWithParam<std::tuple<Kanvo_Level, Loop>>
 {
+protected:
+    static const Loop& LoopOf() { return std::get<Loop>(GetParam()); }
+
+private:
+    support::AtLevel m_level{std::get<Kanvo_Level>(GetParam())};
 };
 
-std::string NameOf(const testing::TestParamInfo<Loop>& info)
+std::string NameOf(const testing::TestParamInfo<Neonloops::ParamType>& info)
 {
-    return info.param.name;
+    return std::string(std::get<Loop>(info.param).name) + "_" + Kanvo_LevelName(std::get<Kanvo_Level>(info.param));
+}
+
+std::string NameOfLevel(const testing::TestParamInfo<Kanvo_Level>& info)
+{
+    return Kanvo_LevelName(info.param);
 }
 
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(All, Neonloops,
-                         testing::Values(FILL, FILL_AG, COPY, OVER, CONVERT_565, OVER_565, MASK, MASK_AG), NameOf);
+                         testing::Combine(testing::ValuesIn(support::LevelsHere()),
+                                          testing::Values(FILL, FILL_AG, COPY, OVER, OVER_AT_255, CONVERT_565, OVER_565,
+                                                          MASK, MASK_AG)),
+                         NameOf);
 
 TEST_P(Neonloops, EveryWidthAtEveryAlignment)
 {
-    const Loop&        loop       = GetParam();
+    const Loop&        loop       = LoopOf();
     const std::size_t  sourceStep = std::max<std::size_t>(1, loop.sourceBytes);
     LoopBench          bench;
     Dice               dice(1);
@@ -331,7 +355,7 @@ TEST_P(Neonloops, EveryWidthAtEveryAlignment)
 
 TEST_P(Neonloops, EveryWidthAndOddHeightsAgainstTheFences)
 {
-    const Loop&        loop = GetParam();
+    const Loop&        loop = LoopOf();
     LoopBench          bench;
     Dice               dice(2);
     support::CrashNote note(loop.name);
@@ -362,7 +386,7 @@ TEST_P(Neonloops, EveryWidthAndOddHeightsAgainstTheFences)
 TEST_P(Neonloops, RandomRectangles)
 {
     // Two million pixels, replayed by seed as in Dice.h. The number of cases only bounds them.
-    const Loop&          loop = GetParam();
+    const Loop&          loop = LoopOf();
     const support::Seeds seeds(1000000);
     LoopBench            bench;
     support::CrashNote   note(loop.name);
@@ -406,16 +430,16 @@ TEST_P(Neonloops, RectanglesWithoutPixelsTouchNothing)
         with.color    = 0x80808080;
         with.width    = 0;
         with.height   = std::min(count, 1000U);
-        GetParam().run(with);
+        LoopOf().run(with);
         with.width  = count;
         with.height = 0;
-        GetParam().run(with);
+        LoopOf().run(with);
     }
 }
 
 TEST_P(Neonloops, AtEachAlphaRandomPixels)
 {
-    const Loop& loop = GetParam();
+    const Loop& loop = LoopOf();
     LoopBench   bench;
     Dice        dice(3);
     for (unsigned alpha = 0; alpha < 256; ++alpha)
@@ -497,7 +521,15 @@ std::uint32_t MixedAgainst(const support::MixTable& mix, unsigned under, unsigne
 
 }  // namespace
 
-TEST(NeonloopsTriples, FillOfEachColourOverEachPixelAtEachAlpha)
+class NeonloopsTriples : public testing::TestWithParam<Kanvo_Level>
+{
+private:
+    support::AtLevel m_level{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(All, NeonloopsTriples, testing::ValuesIn(support::LevelsHere()), NameOfLevel);
+
+TEST_P(NeonloopsTriples, FillOfEachColourOverEachPixelAtEachAlpha)
 {
     const Square         under([](unsigned x, unsigned) { return Against(x, x); });
     Square               target = under;
@@ -531,7 +563,7 @@ TEST(NeonloopsTriples, FillOfEachColourOverEachPixelAtEachAlpha)
     EXPECT_EQ(differences.Count(), 0U) << differences.First();
 }
 
-TEST(NeonloopsTriples, OpaqueSourceOverOpaquePixelAtEachAlpha)
+TEST_P(NeonloopsTriples, OpaqueSourceOverOpaquePixelAtEachAlpha)
 {
     const Square         under([](unsigned x, unsigned) { return Against(255, x); });
     Square               source([](unsigned, unsigned y) { return Against(255, y); });
@@ -550,7 +582,7 @@ TEST(NeonloopsTriples, OpaqueSourceOverOpaquePixelAtEachAlpha)
     EXPECT_EQ(differences.Count(), 0U) << differences.First();
 }
 
-TEST(NeonloopsTriples, SourceOfEachAlphaOverOpaquePixel)
+TEST_P(NeonloopsTriples, SourceOfEachAlphaOverOpaquePixel)
 {
     const Square         under([](unsigned x, unsigned) { return Against(255, x); });
     Square               target = under;
@@ -569,7 +601,7 @@ TEST(NeonloopsTriples, SourceOfEachAlphaOverOpaquePixel)
     EXPECT_EQ(differences.Count(), 0U) << differences.First();
 }
 
-TEST(NeonloopsTriples, EachSourceAlphaOverEachPixelAlphaAtEachAlpha)
+TEST_P(NeonloopsTriples, EachSourceAlphaOverEachPixelAlphaAtEachAlpha)
 {
     const auto   scattered = [](unsigned x, unsigned y) { return ((x * 73 + y * 3259 + 17) * 2654435761U) >> 8; };
     const Square under([&](unsigned x, unsigned y) { return x << 24 | scattered(x, y); });
@@ -590,7 +622,7 @@ TEST(NeonloopsTriples, EachSourceAlphaOverEachPixelAlphaAtEachAlpha)
     EXPECT_EQ(differences.Count(), 0U) << differences.First();
 }
 
-TEST(NeonloopsTriples, EachRgb565ChannelOverEachPixelAtEachAlpha)
+TEST_P(NeonloopsTriples, EachRgb565ChannelOverEachPixelAtEachAlpha)
 {
     const Square               opaque([](unsigned x, unsigned) { return Against(255, x); });
     const Square               translucent([](unsigned x, unsigned y) { return Against((x + 7 * y) & 255, x); });
@@ -622,7 +654,7 @@ TEST(NeonloopsTriples, EachRgb565ChannelOverEachPixelAtEachAlpha)
     EXPECT_EQ(differences.Count(), 0U) << differences.First();
 }
 
-TEST(NeonloopsTriples, EveryRgb565Pixel)
+TEST_P(NeonloopsTriples, EveryRgb565Pixel)
 {
     std::vector<std::uint16_t> source(SIDE * SIDE);
     for (unsigned pixel = 0; pixel < SIDE * SIDE; ++pixel) source[pixel] = static_cast<std::uint16_t>(pixel);
@@ -648,7 +680,7 @@ TEST(NeonloopsTriples, EveryRgb565Pixel)
     EXPECT_EQ(differences.Count(), 0U) << differences.First();
 }
 
-TEST(NeonloopsTriples, EachColourOverEachPixelThroughEachCoverage)
+TEST_P(NeonloopsTriples, EachColourOverEachPixelThroughEachCoverage)
 {
     const Square              under([](unsigned x, unsigned y) { return Against((x + y) & 255, x); });
     Square                    target = under;
@@ -674,7 +706,7 @@ TEST(NeonloopsTriples, EachColourOverEachPixelThroughEachCoverage)
     EXPECT_EQ(differences.Count(), 0U) << differences.First();
 }
 
-TEST(NeonloopsTriples, EachPixelThroughEachCoverageAtEachAlpha)
+TEST_P(NeonloopsTriples, EachPixelThroughEachCoverageAtEachAlpha)
 {
     const Square              under([](unsigned x, unsigned) { return Against(x, x); });
     Square                    target = under;
@@ -701,7 +733,11 @@ TEST(NeonloopsTriples, EachPixelThroughEachCoverageAtEachAlpha)
 
 // ---- overlapping rectangles -----------------------------------------------------------------------------------------
 
-TEST(NeonloopsOverlap, PixelsDrawnAlreadyAreReadAsTheyAreByThen)
+using NeonloopsOverlap = NeonloopsTriples;
+
+INSTANTIATE_TEST_SUITE_P(All, NeonloopsOverlap, testing::ValuesIn(support::LevelsHere()), NameOfLevel);
+
+TEST_P(NeonloopsOverlap, PixelsDrawnAlreadyAreReadAsTheyAreByThen)
 {
     constexpr std::uint32_t PITCH = 160 * 4, WIDTH = 67, HEIGHT = 3;
     constexpr std::size_t   ORIGIN = 40 + 6 * 160;

@@ -28,7 +28,8 @@ Fence::Fence(std::size_t bytes, Against end)
     if (mapping == MAP_FAILED) throw std::bad_alloc();
     m_pages  = static_cast<std::uint8_t*>(mapping);
     m_usable = m_pages + m_pageSize;
-    if (mprotect(m_usable, m_usableSize, PROT_READ | PROT_WRITE) != 0)
+    // nothing to open where there is nothing: emulators refuse an empty range
+    if (m_usableSize != 0 && mprotect(m_usable, m_usableSize, PROT_READ | PROT_WRITE) != 0)
     {
         munmap(m_pages, m_usableSize + 2 * m_pageSize);
         throw std::bad_alloc();

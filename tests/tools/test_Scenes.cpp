@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Levels.h"
 #include "Png_Bitmap.h"
 #include "Scene.h"
 
@@ -120,6 +121,25 @@ TEST_F(Scenes, BothPathsDrawTheSameExceptWhereTheSceneSaysSo)
     for (const scenes::Scene& scene : scenes::All())
     {
         EXPECT_EQ(Drawn(scene, OB_NONE, 0) == Drawn(scene, OB_NEON, 0), !scene.pathsDiffer) << scene.name;
+    }
+}
+
+TEST_F(Scenes, EveryLevelDrawsTheSame)
+{
+    for (const Kanvo_Level level : support::FastLevelsHere())
+    {
+        for (const scenes::Scene& scene : scenes::All())
+        {
+            for (const Optimized_Blit setting : {OB_NONE, OB_NEON})
+            {
+                const auto drawnAt = [&](Kanvo_Level here)
+                {
+                    const support::AtLevel atLevel(here);
+                    return Drawn(scene, setting, 0);
+                };
+                EXPECT_EQ(drawnAt(level), drawnAt(KL_PORTABLE)) << scene.name << ", " << Kanvo_LevelName(level);
+            }
+        }
     }
 }
 

@@ -18,6 +18,7 @@
 #include "Kanvo_Enums.h"
 #include "Kanvo_Geometry.h"
 #include "Kanvo_ImageCheck.h"
+#include "Kanvo_Level.h"
 #include "Kanvo_Object.h"
 #include "Kanvo_Pattern.h"
 #include "Kanvo_PrecompiledImageInfo.h"

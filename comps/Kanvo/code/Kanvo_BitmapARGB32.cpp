@@ -41,13 +41,15 @@ void Kanvo_BitmapARGB32::Unlock(Tov_UInt /*uiX1*/, Tov_UInt /*uiY1*/, Tov_UInt /
     Access::GetOffset(this, 0, 0, kLine);
     for (Tov_UInt uiY = 0; uiY < m_uiHeight; ++uiY)
     {
+        Kanvo_PixelARGB32 pxAll = 0xFFFFFFFFU;  // without a branch on each pixel
         for (Tov_UInt uiX = 0; uiX < m_uiWidth; ++uiX)
         {
-            if (Access::AlphaFromPixel(kLine[uiX]) != 255)
-            {
-                m_bHasAlpha = true;
-                return;
-            }
+            pxAll &= kLine[uiX];
+        }
+        if (Access::AlphaFromPixel(pxAll) != 255)
+        {
+            m_bHasAlpha = true;
+            return;
         }
         Access::IncY(this, kLine);
     }
@@ -71,8 +73,7 @@ void Kanvo_BitmapARGB32::Clear(Tov_UInt uiColor)
     Access::GetOffset(this, 0, 0, kLine);
     for (Tov_UInt uiY = 0; uiY < m_uiHeight; ++uiY)
     {
-        Kanvo_OffsetARGB32 kSpan = kLine;
-        Access::PutSpan(kSpan, uiColor, static_cast<Tov_Int>(m_uiWidth));
+        g_Kanvo_pkRows->pfnFill(kLine, m_uiWidth, uiColor);
         Access::IncY(this, kLine);
     }
 }

@@ -1,7 +1,10 @@
 // Kanvo_Blit: the portable workers of the unscaled blits and of the rectangle fill. Called by the entries in
-// Kanvo_BitmapARGB32*.cpp with clipped rectangles; each brings a rule for one pixel to the walk of Kanvo_BlitScan.
+// Kanvo_BitmapARGB32*.cpp with clipped rectangles; each brings a rule to the walk of Kanvo_BlitScan: one for whole rows
+// where there is a row function for them (rows.h), otherwise one for a pixel.
 #ifndef KANVO_BLIT_H
 #define KANVO_BLIT_H
+
+#include <type_traits>
 
 #include "Kanvo_BitmapA8.h"
 #include "Kanvo_BitmapRGB32.h"
@@ -10,6 +13,27 @@
 #include "Kanvo_PixelARGB32_Access.h"
 #include "rows.h"
 #include "Trak_Counters.h"
+
+// Which pairs of formats there are row functions for.
+
+//! Words onto ARGB32. RGB32 is read as ARGB32: what is blended takes its top byte for alpha.
+template <class Src, class Dst>
+constexpr Tov_Bool Kanvo_IsWordToARGB32()
+{
+    return std::is_same_v<Dst, Kanvo_PixelARGB32_Access> && std::is_same_v<typename Src::Pixel, Kanvo_PixelARGB32>;
+}
+
+template <class Src, class Dst>
+constexpr Tov_Bool Kanvo_Is565ToARGB32()
+{
+    return std::is_same_v<Dst, Kanvo_PixelARGB32_Access> && std::is_same_v<Src, Kanvo_PixelRGB565_Access>;
+}
+
+template <class Src, class Dst>
+constexpr Tov_Bool Kanvo_IsA8ToARGB32()
+{
+    return std::is_same_v<Dst, Kanvo_PixelARGB32_Access> && std::is_same_v<Src, Kanvo_PixelA8_Access>;
+}
 
 //! Static methods over a source and a destination format, each given as pixel type, pointer type and access policy.
 //! (uiX1, uiY1) is the source origin, (uiX2, uiY2) the destination origin; both rectangles lie inside their bitmaps.
@@ -25,17 +49,9 @@ public:
     {
         const Trak_PerfScope kScope(g_kPerf_Blit_CPY);
 
-        SrcOffset kSrcLine;
-        DstOffset kDstLine;
-        Src::GetOffset(pkSource, uiX1, uiY1, kSrcLine);
-        Dst::GetOffset(pkDest, uiX2, uiY2, kDstLine);
-        const Tov_UInt uiRowBytes = uiBytesPerPixel * uiWidth;
-        for (Tov_UInt uiY = 0; uiY < uiHeight; ++uiY)
-        {
-            Kanvo_RowsReference::CopyBytes(kDstLine, kSrcLine, uiRowBytes);
-            Src::IncY(pkSource, kSrcLine);
-            Dst::IncY(pkDest, kDstLine);
-        }
+        Rows(pkSource, pkDest, {uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2},
+             [uiBytesPerPixel](SrcOffset kSrc, DstOffset kDst, Tov_UInt uiCount)
+             { g_Kanvo_pkRows->pfnCopyBytes(kDst, kSrc, uiBytesPerPixel * uiCount); });
     }
 
     //! Copies, or below full opacity blends by the source's alpha times ubAlpha. With BLIT_COLORKEY pixels of the key's
@@ -56,7 +72,11 @@ public:
         const Trak_PerfScope kScope(g_kPerf_Blit_INT);
         const Kanvo_BlitRect kRect{uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2};
         const Kanvo_Color    cKey = Src::ColorToPixel(cColorKey);
-        if (ubAlpha != 255)
+        if constexpr (!KEYED && Kanvo_IsWordToARGB32<Src, Dst>())
+        {
+            DrawWords(pkSource, pkDest, kRect, ubAlpha);
+        }
+        else if (ubAlpha != 255)
         {
             Scan<KEYED>(pkSource, pkDest, kRect, cKey,
                         [ubAlpha](SrcOffset kSrc, DstOffset kDst)
@@ -86,18 +106,40 @@ public:
     {
         const Trak_PerfScope kScope(g_kPerf_Blit_RGB);
         const Kanvo_BlitRect kRect{uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2};
-        if (ubAlpha != 255)
+        if constexpr (!KEYED && Kanvo_Is565ToARGB32<Src, Dst>())
+        {
+            Rows(pkSource, pkDest, kRect,
+                 [ubAlpha](SrcOffset kSrc, DstOffset kDst, Tov_UInt uiCount)
+                 {
+                     if (ubAlpha != 255)
+                     {
+                         g_Kanvo_pkRows->pfnOver565(kDst, kSrc, uiCount, ubAlpha);
+                     }
+                     else
+                     {
+                         g_Kanvo_pkRows->pfnConvert565(kDst, kSrc, uiCount);
+                     }
+                 });
+        }
+        else if (ubAlpha != 255)
         {
             // KEPT: below full opacity the stored top byte of an RGB32 pixel counts as its alpha.
             // Test: BelowFullOpacityTheTopByteOfRGB32CountsAsAlpha.
-            Scan<KEYED>(pkSource, pkDest, kRect, cColorKeySrcFormat,
-                        [ubAlpha](SrcOffset kSrc, DstOffset kDst)
-                        {
-                            const SrcPixel pxSrc = Src::GetPixel(kSrc);
-                            const DstPixel pxNew =
-                                Dst::ColorAndAlphaToPixel(ConvertOpaque(pxSrc), Src::AlphaFromPixel(pxSrc));
-                            Dst::BlendPixelSrcAlpha(kDst, pxNew, ubAlpha);
-                        });
+            if constexpr (!KEYED && Kanvo_IsWordToARGB32<Src, Dst>())
+            {
+                DrawWords(pkSource, pkDest, kRect, ubAlpha);
+            }
+            else
+            {
+                Scan<KEYED>(pkSource, pkDest, kRect, cColorKeySrcFormat,
+                            [ubAlpha](SrcOffset kSrc, DstOffset kDst)
+                            {
+                                const SrcPixel pxSrc = Src::GetPixel(kSrc);
+                                const DstPixel pxNew =
+                                    Dst::ColorAndAlphaToPixel(ConvertOpaque(pxSrc), Src::AlphaFromPixel(pxSrc));
+                                Dst::BlendPixelSrcAlpha(kDst, pxNew, ubAlpha);
+                            });
+            }
         }
         else
         {
@@ -114,12 +156,21 @@ public:
     {
         const Trak_PerfScope kScope(g_kPerf_Blit_COLORINT);
         const Kanvo_BlitRect kRect{uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2};
-        Scan<false>(pkAlpha, pkDest, kRect, 0,
-                    [cCol, ubAlpha](SrcOffset kSrc, DstOffset kDst)
-                    {
-                        const Tov_UByte ubCover = Kanvo_MulByte(Src::AlphaFromPixel(Src::GetPixel(kSrc)), ubAlpha);
-                        MixInto(kDst, cCol, ubCover);
-                    });
+        if constexpr (Kanvo_IsA8ToARGB32<Src, Dst>())
+        {
+            Rows(pkAlpha, pkDest, kRect,
+                 [cCol, ubAlpha](SrcOffset kSrc, DstOffset kDst, Tov_UInt uiCount)
+                 { g_Kanvo_pkRows->pfnColorMask(kDst, kSrc, uiCount, cCol, ubAlpha); });
+        }
+        else
+        {
+            Scan<false>(pkAlpha, pkDest, kRect, 0,
+                        [cCol, ubAlpha](SrcOffset kSrc, DstOffset kDst)
+                        {
+                            const Tov_UByte ubCover = Kanvo_MulByte(Src::AlphaFromPixel(Src::GetPixel(kSrc)), ubAlpha);
+                            MixInto(kDst, cCol, ubCover);
+                        });
+        }
     }
 
     //! Fills a rectangle: an opaque colour is stored, any other mixed in by its own alpha, 0 included.
@@ -135,7 +186,11 @@ public:
         for (Tov_UInt uiY = 0; uiY < uiHeight; ++uiY)
         {
             DstOffset kDst = kLine;
-            if (ubAlpha == 255)
+            if constexpr (std::is_same_v<Dst, Kanvo_PixelARGB32_Access>)
+            {
+                g_Kanvo_pkRows->pfnFillMix(kDst, uiWidth, cCol, ubAlpha);  // at 255 the colour itself
+            }
+            else if (ubAlpha == 255)
             {
                 Dst::PutSpan(kDst, pxColor, static_cast<Tov_Int>(uiWidth));
             }
@@ -152,6 +207,31 @@ public:
     }
 
 private:
+    //! Words as they are: stored, or below full opacity blended.
+    static void DrawWords(const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
+                          Tov_UByte ubAlpha)
+    {
+        Rows(pkSource, pkDest, kRect,
+             [ubAlpha](SrcOffset kSrc, DstOffset kDst, Tov_UInt uiCount)
+             {
+                 if (ubAlpha != 255)
+                 {
+                     g_Kanvo_pkRows->pfnOver(kDst, kSrc, uiCount, ubAlpha);
+                 }
+                 else
+                 {
+                     g_Kanvo_pkRows->pfnCopy(kDst, kSrc, uiCount);
+                 }
+             });
+    }
+
+    template <class Rule>
+    static KANVO_INLINE void Rows(const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
+                                  Rule kRule)
+    {
+        Kanvo_BlitRows<Src, Dst>(pkSource, pkDest, kRect, kRule);
+    }
+
     template <bool KEYED, class Rule>
     static KANVO_INLINE void Scan(const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
                                   Kanvo_Color cKey, Rule kRule)
@@ -200,9 +280,21 @@ public:
         const Trak_PerfScope kScope(g_kPerf_Blit_ALPHAINT);
         // KEPT: an RGB565 pixel is blended as the word it is stored as, unconverted.
         // Test: AnRGB565SourceThroughAMapIsBlendedAsItsRawWord.
-        Scan(pkSource, pkAlpha, pkDest, {uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2},
-             [ubAlpha](Both kFrom, DstOffset kDst)
-             { Dst::BlendPixel(kDst, Src::GetPixel(kFrom.kSrc), Cover(kFrom.kMap, ubAlpha)); });
+        const Kanvo_BlitRect kRect{uiWidth, uiHeight, uiX1, uiY1, uiX2, uiY2};
+        if constexpr (Kanvo_IsWordToARGB32<Src, Dst>() && Kanvo_IsA8ToARGB32<Map, Dst>())
+        {
+            const Kanvo_BitmapAndMap kPair{pkSource, pkAlpha};
+            Kanvo_BlitRows<Pair, Dst>(&kPair, pkDest, kRect,
+                                      [ubAlpha](Both kFrom, DstOffset kDst, Tov_UInt uiCount) {
+                                          g_Kanvo_pkRows->pfnBlendMask(kDst, kFrom.kSrc, kFrom.kMap, uiCount, ubAlpha);
+                                      });
+        }
+        else
+        {
+            Scan(pkSource, pkAlpha, pkDest, kRect,
+                 [ubAlpha](Both kFrom, DstOffset kDst)
+                 { Dst::BlendPixel(kDst, Src::GetPixel(kFrom.kSrc), Cover(kFrom.kMap, ubAlpha)); });
+        }
     }
 
     //! Draws the source's grey through the map; pixels without coverage are left alone.

@@ -1,5 +1,6 @@
 // Kanvo_BlitScan: the walk of every axis-aligned blit, written once: rows from top to bottom, pixels from left to right,
-// source and destination in step. What happens to a pixel is the rule's business; Kanvo_Blit brings the rules.
+// source and destination in step. What happens to a row, or to each of its pixels, is the rule's business; Kanvo_Blit
+// brings the rules.
 #ifndef KANVO_BLITSCAN_H
 #define KANVO_BLITSCAN_H
 
@@ -18,11 +19,11 @@ struct Kanvo_BlitRect
     Tov_UInt uiDstY;
 };
 
-//! Calls kRule(source offset, destination offset) for each pixel of the rectangle. Src and Dst are pixel policies, or
-//! for a source with a map a Kanvo_PixelAndMap over a Kanvo_BitmapAndMap. The rule travels by value and the walk is
+//! Calls kRule(source offset, destination offset, pixels) for each row of the rectangle. Src and Dst are pixel policies,
+//! or for a source with a map a Kanvo_PixelAndMap over a Kanvo_BitmapAndMap. The rule travels by value and the walk is
 //! forced inline, so that the loop is the one a hand would write.
 template <class Src, class Dst, class Source, class Rule>
-KANVO_INLINE void Kanvo_BlitScan(const Source* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
+KANVO_INLINE void Kanvo_BlitRows(const Source* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
                                  Rule kRule)
 {
     typename Src::Offset kSrcLine;
@@ -31,17 +32,28 @@ KANVO_INLINE void Kanvo_BlitScan(const Source* pkSource, const Kanvo_Bitmap* pkD
     Dst::GetOffset(pkDest, kRect.uiDstX, kRect.uiDstY, kDstLine);
     for (Tov_UInt uiY = 0; uiY < kRect.uiHeight; ++uiY)
     {
-        typename Src::Offset kSrc = kSrcLine;
-        typename Dst::Offset kDst = kDstLine;
-        for (Tov_UInt uiX = 0; uiX < kRect.uiWidth; ++uiX)
-        {
-            kRule(kSrc, kDst);
-            Src::IncX(pkSource, kSrc);
-            Dst::IncX(pkDest, kDst);
-        }
+        kRule(kSrcLine, kDstLine, kRect.uiWidth);
         Src::IncY(pkSource, kSrcLine);
         Dst::IncY(pkDest, kDstLine);
     }
+}
+
+//! The same for each pixel: calls kRule(source offset, destination offset).
+template <class Src, class Dst, class Source, class Rule>
+KANVO_INLINE void Kanvo_BlitScan(const Source* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_BlitRect& kRect,
+                                 Rule kRule)
+{
+    Kanvo_BlitRows<Src, Dst>(
+        pkSource, pkDest, kRect,
+        [pkSource, pkDest, kRule](typename Src::Offset kSrc, typename Dst::Offset kDst, Tov_UInt uiCount)
+        {
+            for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+            {
+                kRule(kSrc, kDst);
+                Src::IncX(pkSource, kSrc);
+                Dst::IncX(pkDest, kDst);
+            }
+        });
 }
 
 //! Colour keying for any rule: the pixel is left out where the source's colour equals the key.

@@ -14,6 +14,7 @@
 #include "Kanvo_Enums.h"
 #include "Kanvo_Linedraw.h"
 #include "Kanvo_Tables.h"
+#include "rows.h"
 #include "Tov_Math.h"
 #include "Trak_Counters.h"
 
@@ -144,8 +145,7 @@ void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::LargeDot(Kanvo_Bit
             {
                 kPixels.Next();
             }
-            OffsetType kSpan = kLine + iFrom;
-            Access::PutSpan(kSpan, pxColor, static_cast<Tov_Int>(iUntil - iFrom));
+            Kanvo_PutRun<Access>(kLine + iFrom, pxColor, static_cast<Tov_Int>(iUntil - iFrom));
         }
         kRows.Next();
         Access::IncY(pkDest, kLine);

@@ -165,11 +165,11 @@ public:
         {
             if (ubAlpha == 255)
             {
-                Kanvo_RowsReference::Fill(kRow, uiXMag, BlendColor);
+                Kanvo_FillRun(kRow, uiXMag, BlendColor);
             }
             else
             {
-                Kanvo_RowsReference::BlendColor(kRow, uiXMag, BlendColor, ubWeight);
+                Kanvo_BlendRun(kRow, uiXMag, BlendColor, ubWeight);
             }
             Access::IncY(pkDest, kRow);
         }

@@ -146,7 +146,7 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::rasterShortClip(Kanvo_Bitmap* pBi
                       return;
                   }
                   // The part cut off at the start goes along, so that the distance still refers to the whole span.
-                  const Tov_Fixed fxClip  = std::min(Tov_FixSub(fxLo, kMin.fxMin), 0);
+                  const Tov_Fixed fxClip  = std::min(Tov_FixSub(fxLo, kMin.fxMin), Tov_Fixed{0});
                   Tov_Fixed       fxFrom  = Tov_FixSub(fxLo, fxClip);
                   Tov_Fixed       fxUntil = std::min(fxHi, kMin.fxMax);
                   if (fxFrom > fxUntil)

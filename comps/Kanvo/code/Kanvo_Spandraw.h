@@ -15,6 +15,7 @@
 #include "Kanvo_Pattern.h"
 #include "Kanvo_PixelARGB32_Access.h"
 #include "Kanvo_Tables.h"
+#include "rows.h"
 #include "Tov_Math.h"
 
 //! The style of a pattern line, filled by Kanvo_Linedraw and, per line, by the raster loops.
@@ -77,7 +78,7 @@ struct Kanvo_AxisH
     static KANVO_INLINE void Step(const Kanvo_Bitmap* pBitmap, Offset& kOffset) { Access::IncX(pBitmap, kOffset); }
     static KANVO_INLINE void PutRun(const Kanvo_Bitmap* /*pBitmap*/, Offset kOffset, Pixel px, Tov_Int iCount)
     {
-        Access::PutSpan(kOffset, px, iCount);
+        Kanvo_PutRun<Access>(kOffset, px, iCount);
     }
 };
 

@@ -5,10 +5,12 @@
 
 #include <cstddef>
 
+#include "Kanvo_Level.h"
 #include "Tov_Types.h"
 
-//! Owner of all bitmap buffers. Derive from it to place buffers in memory of your own: override the two virtual
-//! operations together. It must outlive every screen and bitmap made with it.
+//! Owner of all bitmap buffers; the first one also selects the instruction set to draw with (Kanvo_Level.h). Derive from
+//! it to place buffers in memory of your own: override the two virtual operations together. It must outlive every screen
+//! and bitmap made with it.
 class Kanvo
 {
 public:
@@ -17,7 +19,7 @@ public:
     //! No buffer is larger than this, so that every byte offset inside a bitmap fits a Tov_Int.
     static constexpr std::size_t MAX_BUFFER_BYTES = 0x7FFFFFFF;
 
-    Kanvo() = default;
+    Kanvo() { Kanvo_SelectRowsOnce(); }
     virtual ~Kanvo()
     {
         Kanvo::ReleasePolygons();

@@ -1,5 +1,6 @@
 // neonloops_rects: rows put together to the rectangles of neonloops.h. A template over the row functions of one
-// instruction set, so that a small rectangle costs one indirect call and not one per row.
+// instruction set, so that a small rectangle costs one indirect call and not one per row; instantiated beside the rows,
+// in their file, so that nothing compiled for that instruction set is seen by another one.
 #ifndef KANVO_NEONLOOPS_RECTS_H
 #define KANVO_NEONLOOPS_RECTS_H
 
@@ -142,5 +143,49 @@ private:
         }
     }
 };
+
+//! All that one level brings: its row functions, and the loops made of them.
+struct Kanvo_LevelBodies
+{
+    using Loops = Kanvo_LoopRects<Kanvo_RowsReference>;  // any: all have the same types
+
+    Kanvo_RowFunctions kRows;
+
+    decltype(&Loops::Fill)               pfnFill;
+    decltype(&Loops::FillMix)            pfnFillMix;
+    decltype(&Loops::Copy)               pfnCopy;
+    decltype(&Loops::Over)               pfnOver;
+    decltype(&Loops::OverOpaque)         pfnOverOpaque;
+    decltype(&Loops::Convert565)         pfnConvert565;
+    decltype(&Loops::Over565)            pfnOver565;
+    decltype(&Loops::ColorMask)          pfnColorMask;
+    decltype(&Loops::ColorMaskScaled)    pfnColorMaskScaled;
+    decltype(&Loops::StoreMask565)       pfnStoreMask565;
+    decltype(&Loops::BlendMask565)       pfnBlendMask565;
+    decltype(&Loops::BlendMask565Scaled) pfnBlendMask565Scaled;
+
+    template <class Rows>
+    static constexpr Kanvo_LevelBodies Of(Kanvo_Level eLevel)
+    {
+        using Rects = Kanvo_LoopRects<Rows>;
+        return {Kanvo_RowFunctions::Of<Rows>(eLevel),
+                &Rects::Fill,
+                &Rects::FillMix,
+                &Rects::Copy,
+                &Rects::Over,
+                &Rects::OverOpaque,
+                &Rects::Convert565,
+                &Rects::Over565,
+                &Rects::ColorMask,
+                &Rects::ColorMaskScaled,
+                &Rects::StoreMask565,
+                &Rects::BlendMask565,
+                &Rects::BlendMask565Scaled};
+    }
+};
+
+// Each exists where its KANVO_HAS_ is 1.
+extern const Kanvo_LevelBodies g_Kanvo_kBodiesNEON;
+extern const Kanvo_LevelBodies g_Kanvo_kBodiesAVX2;
 
 #endif

@@ -1,15 +1,31 @@
 // rows: one row of pixels at a time, the arithmetic of the pixel policies applied to many pixels side by side.
 // Kanvo_RowsReference is the portable body of every row function and the truth that any faster one is held to, byte for
-// byte. neonloops_rects.h puts rows together to rectangles.
+// byte; rows_neon and rows_avx2 hold bodies for one instruction set each. neonloops_rects.h puts rows together to
+// rectangles. Whoever draws a single row calls through g_Kanvo_pkRows.
 //
 // Pixels are drawn from left to right, each read after the one before it was written, so that a bitmap may be its own
 // source. A count of 0 draws nothing.
 #ifndef KANVO_ROWS_H
 #define KANVO_ROWS_H
 
+#include <algorithm>
+#include <type_traits>
+
 #include "Kanvo_BitmapA8.h"
 #include "Kanvo_BitmapRGB565.h"
+#include "Kanvo_Level.h"
 #include "Kanvo_PixelARGB32_Access.h"
+
+// Which levels the library has. NEON comes with the compiler's settings; of AVX2, which one file alone is compiled for,
+// the build tells (CMakeLists.txt), and whether the processor has it is asked at start-up.
+#if defined(__ARM_NEON) && !defined(__ARM_BIG_ENDIAN)
+#define KANVO_HAS_NEON 1
+#else
+#define KANVO_HAS_NEON 0
+#endif
+#ifndef KANVO_HAS_AVX2
+#define KANVO_HAS_AVX2 0
+#endif
 
 struct Kanvo_RowsReference
 {
@@ -45,9 +61,107 @@ struct Kanvo_RowsReference
     static void BlendMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, const Kanvo_PixelA8* kMask,
                              Tov_UInt uiCount, Tov_UByte ubAlpha);
 
+    //! Blends the source pixels by the mask times ubAlpha, as BlendPixel; their own alpha is not read.
+    static void BlendMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, const Kanvo_PixelA8* kMask,
+                          Tov_UInt uiCount, Tov_UByte ubAlpha);
+
     //! Mixes one colour in with KanvoBlit_MixLinear by each coverage times ubAlpha.
     static void ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiCount,
                           Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha);
 };
+
+//! The row functions of one level as pointers.
+struct Kanvo_RowFunctions
+{
+    Kanvo_Level eLevel;  //!< KL_BEST: portable, because none was selected yet
+
+    decltype(&Kanvo_RowsReference::Fill)         pfnFill;
+    decltype(&Kanvo_RowsReference::FillMix)      pfnFillMix;
+    decltype(&Kanvo_RowsReference::CopyBytes)    pfnCopyBytes;
+    decltype(&Kanvo_RowsReference::Copy)         pfnCopy;
+    decltype(&Kanvo_RowsReference::Over)         pfnOver;
+    decltype(&Kanvo_RowsReference::BlendColor)   pfnBlendColor;
+    decltype(&Kanvo_RowsReference::Convert565)   pfnConvert565;
+    decltype(&Kanvo_RowsReference::Over565)      pfnOver565;
+    decltype(&Kanvo_RowsReference::StoreMask565) pfnStoreMask565;
+    decltype(&Kanvo_RowsReference::BlendMask565) pfnBlendMask565;
+    decltype(&Kanvo_RowsReference::BlendMask)    pfnBlendMask;
+    decltype(&Kanvo_RowsReference::ColorMask)    pfnColorMask;
+
+    //! Rows: Kanvo_RowsReference, or a struct with the same functions.
+    template <class Rows>
+    static constexpr Kanvo_RowFunctions Of(Kanvo_Level eSelected)
+    {
+        return {eSelected,           &Rows::Fill,       &Rows::FillMix,    &Rows::CopyBytes, &Rows::Copy,
+                &Rows::Over,         &Rows::BlendColor, &Rows::Convert565, &Rows::Over565,   &Rows::StoreMask565,
+                &Rows::BlendMask565, &Rows::BlendMask,  &Rows::ColorMask};
+    }
+};
+
+//! The row functions of the level in force (Kanvo_Level.h). Never null.
+extern const Kanvo_RowFunctions* g_Kanvo_pkRows;
+
+// Runs of few pixels, of which there are many in lines and pictures, are drawn sooner than a row function is called.
+constexpr Tov_UInt KANVO_FEW_PIXELS = 8;
+
+//! Stores one pixel value uiCount times.
+KANVO_INLINE void Kanvo_FillRun(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_PixelARGB32 pxPixel)
+{
+    if (uiCount >= KANVO_FEW_PIXELS)
+    {
+        g_Kanvo_pkRows->pfnFill(kDst, uiCount, pxPixel);
+        return;
+    }
+    for (; uiCount > 0; --uiCount)
+    {
+        *kDst++ = pxPixel;
+    }
+}
+
+//! Blends one colour in by ubAlpha, as BlendPixel.
+KANVO_INLINE void Kanvo_BlendRun(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
+                                 Tov_UByte ubAlpha)
+{
+    if (uiCount >= KANVO_FEW_PIXELS)
+    {
+        g_Kanvo_pkRows->pfnBlendColor(kDst, uiCount, clColor, ubAlpha);
+        return;
+    }
+    for (; uiCount > 0; --uiCount)
+    {
+        Kanvo_PixelARGB32_Access::BlendPixel(kDst++, clColor, ubAlpha);
+    }
+}
+
+//! As Access::PutSpan, but kOffset stays: with the row function where Access is the ARGB32 policy.
+template <class Access>
+KANVO_INLINE void Kanvo_PutRun(typename Access::Offset kOffset, typename Access::Pixel pxPixel, Tov_Int iCount)
+{
+    if constexpr (std::is_same_v<Access, Kanvo_PixelARGB32_Access>)
+    {
+        Kanvo_FillRun(kOffset, static_cast<Tov_UInt>(std::max(iCount, Tov_Int{0})), pxPixel);
+    }
+    else
+    {
+        Access::PutSpan(kOffset, pxPixel, iCount);
+    }
+}
+
+//! Whether two rows share memory. Then each pixel may depend on the one drawn before it, and there is nothing to be done
+//! side by side.
+KANVO_INLINE Tov_Bool Kanvo_RowsOverlap(const void* pA, Tov_UInt uiBytesA, const void* pB, Tov_UInt uiBytesB)
+{
+    const auto uiA = reinterpret_cast<std::uintptr_t>(pA);
+    const auto uiB = reinterpret_cast<std::uintptr_t>(pB);
+    return uiA < uiB ? uiB - uiA < uiBytesA : uiA - uiB < uiBytesB;
+}
+
+//! The same of a row of the destination and a row of any format, each of uiCount pixels.
+template <class SrcPixel>
+KANVO_INLINE Tov_Bool Kanvo_RowsOverlap(const Kanvo_PixelARGB32* kDst, const SrcPixel* kSrc, Tov_UInt uiCount)
+{
+    return Kanvo_RowsOverlap(kDst, uiCount * static_cast<Tov_UInt>(sizeof(Kanvo_PixelARGB32)), kSrc,
+                             uiCount * static_cast<Tov_UInt>(sizeof(SrcPixel)));
+}
 
 #endif

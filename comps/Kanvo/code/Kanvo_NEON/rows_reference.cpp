@@ -7,19 +7,14 @@ namespace
 
 using Access = Kanvo_PixelARGB32_Access;
 
+//! RGB565 pixels that may lie in the memory of ARGB32 ones, and then change while these are drawn. (Bytes may anyway.)
+using Pixel565 [[gnu::may_alias]] = Kanvo_PixelRGB565;
+
 KANVO_INLINE Kanvo_PixelARGB32 Expand565(Kanvo_PixelRGB565 pxPixel)
 {
     return Access::PixelFromRGB(Kanvo_PixelRGB565_Access::RedFromPixel(pxPixel),
                                 Kanvo_PixelRGB565_Access::GreenFromPixel(pxPixel),
                                 Kanvo_PixelRGB565_Access::BlueFromPixel(pxPixel));
-}
-
-//! Whether two rows share memory, that is, start less than a row apart.
-KANVO_INLINE Tov_Bool Overlap(const void* pA, const void* pB, Tov_UInt uiBytes)
-{
-    const auto uiA = reinterpret_cast<std::uintptr_t>(pA);
-    const auto uiB = reinterpret_cast<std::uintptr_t>(pB);
-    return (uiA > uiB ? uiA - uiB : uiB - uiA) < uiBytes;
 }
 
 }  // namespace
@@ -43,7 +38,7 @@ void Kanvo_RowsReference::FillMix(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kan
 
 void Kanvo_RowsReference::CopyBytes(void* pDst, const void* pSrc, Tov_UInt uiBytes)
 {
-    if (!Overlap(pDst, pSrc, uiBytes))
+    if (!Kanvo_RowsOverlap(pDst, uiBytes, pSrc, uiBytes))
     {
         Tov_Memcpy(pDst, pSrc, uiBytes);
         return;
@@ -81,29 +76,32 @@ void Kanvo_RowsReference::BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, 
 
 void Kanvo_RowsReference::Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount)
 {
+    const Pixel565* const kFrom = kSrc;
     for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
     {
-        kDst[uiX] = Expand565(kSrc[uiX]);
+        kDst[uiX] = Expand565(kFrom[uiX]);
     }
 }
 
 void Kanvo_RowsReference::Over565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount,
                                   Tov_UByte ubAlpha)
 {
+    const Pixel565* const kFrom = kSrc;
     for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
     {
-        Access::BlendPixelSrcAlpha(kDst + uiX, Expand565(kSrc[uiX]), ubAlpha);
+        Access::BlendPixelSrcAlpha(kDst + uiX, Expand565(kFrom[uiX]), ubAlpha);
     }
 }
 
 void Kanvo_RowsReference::StoreMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
                                        const Kanvo_PixelA8* kMask, Tov_UInt uiCount)
 {
+    const Pixel565* const kFrom = kSrc;
     for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
     {
         if (kMask[uiX] != 0)
         {
-            kDst[uiX] = Access::ColorAndAlphaToPixel(Expand565(kSrc[uiX]), kMask[uiX]);
+            kDst[uiX] = Access::ColorAndAlphaToPixel(Expand565(kFrom[uiX]), kMask[uiX]);
         }
     }
 }
@@ -111,9 +109,19 @@ void Kanvo_RowsReference::StoreMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_Pixe
 void Kanvo_RowsReference::BlendMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
                                        const Kanvo_PixelA8* kMask, Tov_UInt uiCount, Tov_UByte ubAlpha)
 {
+    const Pixel565* const kFrom = kSrc;
     for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
     {
-        Access::BlendPixel(kDst + uiX, Expand565(kSrc[uiX]), Kanvo_MulByte(kMask[uiX], ubAlpha));
+        Access::BlendPixel(kDst + uiX, Expand565(kFrom[uiX]), Kanvo_MulByte(kMask[uiX], ubAlpha));
+    }
+}
+
+void Kanvo_RowsReference::BlendMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, const Kanvo_PixelA8* kMask,
+                                    Tov_UInt uiCount, Tov_UByte ubAlpha)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        Access::BlendPixel(kDst + uiX, kSrc[uiX], Kanvo_MulByte(kMask[uiX], ubAlpha));
     }
 }
 

@@ -1,0 +1,721 @@
+// rows_avx2: the row functions for x86-64 processors with AVX2, eight pixels to a register. The bytes are those of
+// Kanvo_RowsReference; rows that overlap are left to it.
+//
+// This file alone is compiled for AVX2. Everything in it has internal linkage, and it calls nothing inline from elsewhere
+// that is not forced inline: see CMakeLists.txt.
+#include <cstring>
+
+#include <immintrin.h>
+
+#include "neonloops_rects.h"
+
+namespace
+{
+
+using Pixels = __m256i;  // eight pixels, the first one lowest
+
+constexpr Tov_UInt LANES = 8;
+
+// ---- loading and storing --------------------------------------------------------------------------------------------
+
+KANVO_INLINE Pixels Load(const void* pFrom)
+{
+    return _mm256_loadu_si256(static_cast<const __m256i*>(pFrom));
+}
+
+KANVO_INLINE void Store(void* pTo, Pixels kPixels)
+{
+    _mm256_storeu_si256(static_cast<__m256i*>(pTo), kPixels);
+}
+
+KANVO_INLINE __m128i LoadHalf(const void* pFrom)
+{
+    return _mm_loadu_si128(static_cast<const __m128i*>(pFrom));
+}
+
+// One to seven pixels, in parts of four, two and one, so that nothing outside is touched and no lane goes through memory.
+
+KANVO_INLINE Pixels LoadFew(const Kanvo_PixelARGB32* kFrom, Tov_UInt uiCount)
+{
+    __m128i kRest = _mm_setzero_si128();
+    if ((uiCount & 2U) != 0)
+    {
+        kRest = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kFrom + (uiCount & 4U)));
+    }
+    if ((uiCount & 1U) != 0)
+    {
+        const __m128i kOne = _mm_cvtsi32_si128(static_cast<int>(kFrom[uiCount - 1]));
+        kRest              = (uiCount & 2U) != 0 ? _mm_unpacklo_epi64(kRest, kOne) : kOne;
+    }
+    if ((uiCount & 4U) == 0)
+    {
+        return _mm256_zextsi128_si256(kRest);
+    }
+    return _mm256_inserti128_si256(_mm256_castsi128_si256(LoadHalf(kFrom)), kRest, 1);
+}
+
+KANVO_INLINE void StoreFew(Kanvo_OffsetARGB32 kTo, Pixels kPixels, Tov_UInt uiCount)
+{
+    __m128i kRest = _mm256_castsi256_si128(kPixels);
+    if ((uiCount & 4U) != 0)
+    {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(kTo), kRest);
+        kRest = _mm256_extracti128_si256(kPixels, 1);
+        kTo += 4;
+    }
+    if ((uiCount & 2U) != 0)
+    {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(kTo), kRest);
+        kRest = _mm_unpackhi_epi64(kRest, kRest);
+        kTo += 2;
+    }
+    if ((uiCount & 1U) != 0)
+    {
+        *kTo = static_cast<Tov_UInt>(_mm_cvtsi128_si32(kRest));
+    }
+}
+
+template <class Word>
+KANVO_INLINE Word LoadWord(const void* pFrom)
+{
+    Word uWord;
+    std::memcpy(&uWord, pFrom, sizeof uWord);
+    return uWord;
+}
+
+//! uiCount bytes, 0 to 7, as the low bytes of a word.
+KANVO_INLINE std::uint64_t LoadFewBytes(const Tov_UByte* pubFrom, Tov_UInt uiCount)
+{
+    std::uint64_t uiBytes = (uiCount & 1U) != 0 ? pubFrom[uiCount - 1] : 0;
+    if ((uiCount & 2U) != 0)
+    {
+        uiBytes = uiBytes << 16 | LoadWord<std::uint16_t>(pubFrom + (uiCount & 4U));
+    }
+    if ((uiCount & 4U) != 0)
+    {
+        uiBytes = uiBytes << 32 | LoadWord<std::uint32_t>(pubFrom);
+    }
+    return uiBytes;
+}
+
+//! 64 bits as the low half of a register.
+KANVO_INLINE __m128i FromWord(std::uint64_t uiWord)
+{
+    return _mm_cvtsi64_si128(static_cast<long long>(uiWord));
+}
+
+// ---- arithmetic -----------------------------------------------------------------------------------------------------
+
+KANVO_INLINE Pixels AlphaBytes()
+{
+    return _mm256_set1_epi32(static_cast<int>(0xFF000000U));
+}
+
+KANVO_INLINE Pixels Splat(Tov_UInt uiWord)
+{
+    return _mm256_set1_epi32(static_cast<int>(uiWord));
+}
+
+KANVO_INLINE Tov_Bool AllOpaque(Pixels kPixels)
+{
+    return _mm256_testc_si256(kPixels, AlphaBytes()) != 0;
+}
+
+KANVO_INLINE Tov_Bool AllTransparent(Pixels kPixels)
+{
+    return _mm256_testz_si256(kPixels, AlphaBytes()) != 0;
+}
+
+//! t / 255, truncated, in 32-bit lanes, for t of 0 .. 65025.
+KANVO_INLINE Pixels DivideBy255(Pixels kProduct)
+{
+    return _mm256_srli_epi32(_mm256_mulhi_epu16(kProduct, Splat(0x8081)), 7);
+}
+
+//! Kanvo_MulByte in 32-bit lanes of one byte each.
+KANVO_INLINE Pixels MulByte(Pixels kA, Pixels kB)
+{
+    return DivideBy255(_mm256_mullo_epi16(kA, kB));
+}
+
+//! Kanvo_OverAlpha, in the alpha bytes; the other bytes are 0. kAlpha: in 32-bit lanes.
+KANVO_INLINE Pixels OverAlpha(Pixels kDst, Pixels kAlpha)
+{
+    const Pixels kKept = MulByte(_mm256_sub_epi32(Splat(255), kAlpha), _mm256_srli_epi32(kDst, 24));
+    return _mm256_slli_epi32(_mm256_add_epi32(kKept, kAlpha), 24);
+}
+
+//! The colour of kMixed with the alpha of kAlpha.
+KANVO_INLINE Pixels WithAlpha(Pixels kMixed, Pixels kAlpha)
+{
+    return _mm256_or_si256(_mm256_andnot_si256(AlphaBytes(), kMixed), kAlpha);
+}
+
+//! Kanvo_MixColor<7> of each pixel by half of its alpha byte in kWeights; the alpha bytes of the result mean nothing.
+//
+// s w + d (128 - w), 0 .. 32640, is a sum of two products of an unsigned and a signed byte, if the weights are taken
+// negative (-w and w - 128 both fit). Multiplying by -512 and keeping the high half turns the sign back and shifts by 7.
+//
+//     weights   ..  w-128 -w      one 16-bit lane for both channels of a pair
+//     pixels    ..    d    s      bytes of source and destination, interleaved
+KANVO_INLINE Pixels MixHalfWeight(Pixels kSrc, Pixels kDst, Pixels kWeights)
+{
+    const Pixels kLow  = _mm256_setr_epi8(0, 1, 0, 1, 0, 1, 0, 1, 4, 5, 4, 5, 4, 5, 4, 5, 0, 1, 0, 1, 0, 1, 0, 1, 4, 5,
+                                          4, 5, 4, 5, 4, 5);
+    const Pixels kHigh = _mm256_setr_epi8(8, 9, 8, 9, 8, 9, 8, 9, 12, 13, 12, 13, 12, 13, 12, 13, 8, 9, 8, 9, 8, 9, 8,
+                                          9, 12, 13, 12, 13, 12, 13, 12, 13);
+    const Pixels kBack = _mm256_set1_epi16(-512);
+
+    const Pixels kWeight   = _mm256_srli_epi32(kWeights, 25);
+    const Pixels kNegative = _mm256_sub_epi8(_mm256_or_si256(_mm256_slli_epi32(kWeight, 8), Splat(0x8000)), kWeight);
+    const Pixels kSumLow = _mm256_maddubs_epi16(_mm256_unpacklo_epi8(kSrc, kDst), _mm256_shuffle_epi8(kNegative, kLow));
+    const Pixels kSumHigh =
+        _mm256_maddubs_epi16(_mm256_unpackhi_epi8(kSrc, kDst), _mm256_shuffle_epi8(kNegative, kHigh));
+    return _mm256_packus_epi16(_mm256_mulhi_epi16(kSumLow, kBack), _mm256_mulhi_epi16(kSumHigh, kBack));
+}
+
+//! The same with one weight for all, ubAlpha / 2.
+class MixByOneHalfWeight
+{
+public:
+    explicit MixByOneHalfWeight(Tov_UByte ubAlpha)
+    {
+        const int iWeight = ubAlpha >> 1;
+        m_kWeights        = _mm256_set1_epi16(static_cast<Tov_Short>((iWeight - 128) * 256 + (-iWeight & 0xFF)));
+    }
+
+    KANVO_INLINE Pixels operator()(Pixels kSrc, Pixels kDst) const
+    {
+        const Pixels kBack = _mm256_set1_epi16(-512);
+        const Pixels kLow  = _mm256_maddubs_epi16(_mm256_unpacklo_epi8(kSrc, kDst), m_kWeights);
+        const Pixels kHigh = _mm256_maddubs_epi16(_mm256_unpackhi_epi8(kSrc, kDst), m_kWeights);
+        return _mm256_packus_epi16(_mm256_mulhi_epi16(kLow, kBack), _mm256_mulhi_epi16(kHigh, kBack));
+    }
+
+private:
+    Pixels m_kWeights;
+};
+
+// One colour, mixed with a weight of eight bits: d + (s - d) w / 256, of which the sum before the division,
+// 256 d + (s - d) w, is 0 .. 65280 and thus fits unsigned 16-bit lanes. One register takes red and blue, the other one
+// alpha and green. The colour is taken as opaque, so that opaque stays opaque; other alpha bytes mean nothing.
+
+KANVO_INLINE Pixels RedBlue(Kanvo_ColorARGB32 clColor)
+{
+    return Splat(clColor & KANVO_LANES);
+}
+
+KANVO_INLINE Pixels AlphaGreen(Kanvo_ColorARGB32 clColor)
+{
+    return Splat(0x00FF0000U | (clColor >> 8 & 0xFFU));
+}
+
+//! The high bytes of both.
+KANVO_INLINE Pixels JoinSums(Pixels kRedBlue, Pixels kAlphaGreen)
+{
+    return _mm256_or_si256(_mm256_srli_epi16(kRedBlue, 8), _mm256_andnot_si256(Splat(KANVO_LANES), kAlphaGreen));
+}
+
+//! With a weight for each pixel, given in both of its 16-bit lanes.
+class MixColor
+{
+public:
+    explicit MixColor(Kanvo_ColorARGB32 clColor) : m_kRedBlue(RedBlue(clColor)), m_kAlphaGreen(AlphaGreen(clColor)) {}
+
+    KANVO_INLINE Pixels operator()(Pixels kDst, Pixels kWeights) const
+    {
+        const Pixels kLanes        = Splat(KANVO_LANES);
+        const Pixels kToRedBlue    = _mm256_sub_epi16(m_kRedBlue, _mm256_and_si256(kDst, kLanes));
+        const Pixels kToAlphaGreen = _mm256_sub_epi16(m_kAlphaGreen, _mm256_srli_epi16(kDst, 8));
+        return JoinSums(
+            _mm256_add_epi16(_mm256_slli_epi16(kDst, 8), _mm256_mullo_epi16(kToRedBlue, kWeights)),
+            _mm256_add_epi16(_mm256_andnot_si256(kLanes, kDst), _mm256_mullo_epi16(kToAlphaGreen, kWeights)));
+    }
+
+private:
+    Pixels m_kRedBlue;
+    Pixels m_kAlphaGreen;
+};
+
+//! With one weight for all: as d (256 - w) + s w, of which s w is constant.
+class MixColorEvenly
+{
+public:
+    MixColorEvenly(Kanvo_ColorARGB32 clColor, Tov_UByte ubWeight)
+        : m_kRest(_mm256_set1_epi16(static_cast<Tov_Short>(256 - ubWeight))),
+          m_kRedBlue(_mm256_mullo_epi16(RedBlue(clColor), _mm256_set1_epi16(ubWeight))),
+          m_kAlphaGreen(_mm256_mullo_epi16(AlphaGreen(clColor), _mm256_set1_epi16(ubWeight)))
+    {
+    }
+
+    KANVO_INLINE Pixels operator()(Pixels kDst) const
+    {
+        return JoinSums(
+            _mm256_add_epi16(_mm256_mullo_epi16(_mm256_and_si256(kDst, Splat(KANVO_LANES)), m_kRest), m_kRedBlue),
+            _mm256_add_epi16(_mm256_mullo_epi16(_mm256_srli_epi16(kDst, 8), m_kRest), m_kAlphaGreen));
+    }
+
+private:
+    Pixels m_kRest;
+    Pixels m_kRedBlue;
+    Pixels m_kAlphaGreen;
+};
+
+//! Eight RGB565 pixels as ARGB32 of alpha 0. Bits are repeated by multiplication: r5 * 33 / 4 and g6 * 65 / 16 are the
+//! high halves of (r5 << 11) * 264 and (g6 << 10) * 260.
+KANVO_INLINE Pixels Expand565(__m128i kHalf)
+{
+    const Pixels kTwice   = _mm256_setr_epi8(0, 1, 0, 1, 2, 3, 2, 3, 4, 5, 4, 5, 6, 7, 6, 7, 8, 9, 8, 9, 10, 11, 10, 11,
+                                             12, 13, 12, 13, 14, 15, 14, 15);
+    const Pixels kBoth    = _mm256_shuffle_epi8(_mm256_broadcastsi128_si256(kHalf), kTwice);
+    const Pixels kTop     = _mm256_mullo_epi16(kBoth, Splat(0x00010800));  // blue, below, moves to the top of its lane
+    const Pixels kRedBlue = _mm256_mulhi_epu16(_mm256_and_si256(kTop, Splat(0xF800F800U)), Splat(264U << 16 | 264U));
+    const Pixels kGreen = _mm256_mulhi_epu16(_mm256_and_si256(_mm256_slli_epi32(kBoth, 5), Splat(0xFC00)), Splat(260));
+    return _mm256_or_si256(kRedBlue, _mm256_slli_epi32(kGreen, 8));
+}
+
+//! Sixteen of them, opaque.
+KANVO_INLINE void Convert565Sixteen(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc)
+{
+    // unpacking goes by halves of registers: the middle quarters change places beforehand
+    const Pixels kPixels = _mm256_permute4x64_epi64(Load(kSrc), 0xD8);
+    const Pixels kRed =
+        _mm256_mulhi_epu16(_mm256_and_si256(kPixels, _mm256_set1_epi16(-0x0800)), _mm256_set1_epi16(264));
+    const Pixels kGreen = _mm256_mulhi_epu16(
+        _mm256_and_si256(_mm256_slli_epi16(kPixels, 5), _mm256_set1_epi16(-0x0400)), _mm256_set1_epi16(260));
+    const Pixels kBlue      = _mm256_mulhi_epu16(_mm256_slli_epi16(kPixels, 11), _mm256_set1_epi16(264));
+    const Pixels kGreenBlue = _mm256_or_si256(_mm256_slli_epi16(kGreen, 8), kBlue);
+    const Pixels kAlphaRed  = _mm256_or_si256(_mm256_set1_epi16(-0x0100), kRed);
+    Store(kDst, _mm256_unpacklo_epi16(kGreenBlue, kAlphaRed));
+    Store(kDst + LANES, _mm256_unpackhi_epi16(kGreenBlue, kAlphaRed));
+}
+
+// ---- what a row is drawn with: eight pixels or less from a position on ----------------------------------------------
+
+struct FromARGB32
+{
+    const Kanvo_PixelARGB32* kSrc;
+
+    KANVO_INLINE Pixels Eight(Tov_UInt uiX) const { return Load(kSrc + uiX); }
+    KANVO_INLINE Pixels Few(Tov_UInt uiCount) const { return LoadFew(kSrc, uiCount); }
+};
+
+//! As opaque pixels.
+struct From565
+{
+    const Kanvo_PixelRGB565* kSrc;
+
+    KANVO_INLINE Pixels Eight(Tov_UInt uiX) const
+    {
+        return _mm256_or_si256(Expand565(LoadHalf(kSrc + uiX)), AlphaBytes());
+    }
+    KANVO_INLINE Pixels Few(Tov_UInt uiCount) const
+    {
+        const Tov_UInt uiFour = uiCount & 4U;
+        const __m128i  kRest  = FromWord(Rest(kSrc + uiFour, uiCount));
+        const __m128i  kHalf = uiFour != 0 ? _mm_unpacklo_epi64(FromWord(LoadWord<std::uint64_t>(kSrc)), kRest) : kRest;
+        return _mm256_or_si256(Expand565(kHalf), AlphaBytes());
+    }
+
+private:
+    //! The pixels behind the first four.
+    static KANVO_INLINE std::uint64_t Rest(const Kanvo_PixelRGB565* kFrom, Tov_UInt uiCount)
+    {
+        std::uint64_t uiPixels = (uiCount & 1U) != 0 ? kFrom[uiCount & 2U] : 0;
+        return (uiCount & 2U) != 0 ? uiPixels << 32 | LoadWord<std::uint32_t>(kFrom) : uiPixels;
+    }
+};
+
+//! Coverage in 32-bit lanes.
+struct FromA8
+{
+    const Kanvo_PixelA8* kMask;
+    Tov_UByte            ubAlpha;
+
+    KANVO_INLINE Pixels Eight(Tov_UInt uiX) const { return Scaled(LoadWord<std::uint64_t>(kMask + uiX)); }
+    KANVO_INLINE Pixels Few(Tov_UInt uiCount) const { return Scaled(LoadFewBytes(kMask, uiCount)); }
+
+private:
+    KANVO_INLINE Pixels Scaled(std::uint64_t uiBytes) const
+    {
+        const Pixels kCover = _mm256_cvtepu8_epi32(FromWord(uiBytes));
+        return ubAlpha == 255 ? kCover : MulByte(kCover, Splat(ubAlpha));
+    }
+};
+
+//! Source pixels whose alpha is another one.
+template <class Source>
+struct FromSourceAndA8
+{
+    Source kSource;
+    FromA8 kCover;
+
+    KANVO_INLINE Pixels Eight(Tov_UInt uiX) const { return Join(kSource.Eight(uiX), kCover.Eight(uiX)); }
+    KANVO_INLINE Pixels Few(Tov_UInt uiCount) const { return Join(kSource.Few(uiCount), kCover.Few(uiCount)); }
+
+private:
+    static KANVO_INLINE Pixels Join(Pixels kPixels, Pixels kAlpha)
+    {
+        return WithAlpha(kPixels, _mm256_slli_epi32(kAlpha, 24));
+    }
+};
+
+//! Nothing is read: the rule knows its colour.
+struct FromNowhere
+{
+    static KANVO_INLINE Pixels Eight(Tov_UInt /*uiX*/) { return _mm256_setzero_si256(); }
+    static KANVO_INLINE Pixels Few(Tov_UInt /*uiCount*/) { return _mm256_setzero_si256(); }
+};
+
+// ---- how it is drawn ------------------------------------------------------------------------------------------------
+// A rule has
+//   Any(s, d)      eight pixels drawn with s over d,
+//   Opaque(s, d)   the same in fewer steps, if all of d are opaque,
+//   Nothing(s)     whether s, which may be the union of several, leaves opaque pixels as they are.
+
+//! BlendPixel by the source's alpha byte.
+struct BlendRule
+{
+    static KANVO_INLINE Pixels Any(Pixels kSrc, Pixels kDst)
+    {
+        return WithAlpha(MixHalfWeight(kSrc, kDst, kSrc), OverAlpha(kDst, _mm256_srli_epi32(kSrc, 24)));
+    }
+    static KANVO_INLINE Pixels Opaque(Pixels kSrc, Pixels kDst)
+    {
+        return _mm256_or_si256(MixHalfWeight(kSrc, kDst, kSrc), AlphaBytes());
+    }
+    static KANVO_INLINE Tov_Bool Nothing(Pixels kSrc) { return AllTransparent(kSrc); }
+};
+
+//! BlendPixelSrcAlpha of a source whose alpha byte is already multiplied: as BlendPixel, but over a translucent pixel the
+//! colour's weight is the global alpha. (A translucent pixel becomes opaque under an opaque one alone, and then both
+//! weights are equal: whether the destination is opaque decides, not the result.)
+struct OverRule
+{
+    Pixels kGlobalAlpha;  //!< in the alpha bytes
+
+    KANVO_INLINE Pixels Any(Pixels kSrc, Pixels kDst) const
+    {
+        const Pixels kOnes    = _mm256_set1_epi32(-1);
+        const Pixels kOpaque  = _mm256_cmpeq_epi32(_mm256_or_si256(kDst, _mm256_srli_epi32(kOnes, 8)), kOnes);
+        const Pixels kWeights = _mm256_blendv_epi8(kGlobalAlpha, kSrc, kOpaque);
+        return WithAlpha(MixHalfWeight(kSrc, kDst, kWeights), OverAlpha(kDst, _mm256_srli_epi32(kSrc, 24)));
+    }
+    static KANVO_INLINE Pixels   Opaque(Pixels kSrc, Pixels kDst) { return BlendRule::Opaque(kSrc, kDst); }
+    static KANVO_INLINE Tov_Bool Nothing(Pixels kSrc) { return AllTransparent(kSrc); }
+};
+
+//! BlendPixel by one alpha for all.
+struct BlendEvenlyRule
+{
+    MixByOneHalfWeight kMix;
+    Tov_UByte          ubAlpha;
+
+    KANVO_INLINE Pixels Any(Pixels kSrc, Pixels kDst) const
+    {
+        return WithAlpha(kMix(kSrc, kDst), OverAlpha(kDst, Splat(ubAlpha)));
+    }
+    KANVO_INLINE Pixels Opaque(Pixels kSrc, Pixels kDst) const
+    {
+        return _mm256_or_si256(kMix(kSrc, kDst), AlphaBytes());
+    }
+    static KANVO_INLINE Tov_Bool Nothing(Pixels /*kSrc*/) { return false; }
+};
+
+//! One colour by one weight of eight bits. ubAlpha: what the alpha byte grows by.
+struct MixColorEvenlyRule
+{
+    MixColorEvenly kMix;
+    Tov_UByte      ubAlpha;
+
+    KANVO_INLINE Pixels Any(Pixels /*kSrc*/, Pixels kDst) const
+    {
+        return WithAlpha(kMix(kDst), OverAlpha(kDst, Splat(ubAlpha)));
+    }
+    KANVO_INLINE Pixels          Opaque(Pixels /*kSrc*/, Pixels kDst) const { return kMix(kDst); }
+    static KANVO_INLINE Tov_Bool Nothing(Pixels /*kSrc*/) { return false; }
+};
+
+//! One colour by coverages, in 32-bit lanes, with KanvoBlit_MixLinear, where full coverage stores the colour.
+struct MixColorRule
+{
+    MixColor kMix;
+    Pixels   kColor;
+
+    KANVO_INLINE Pixels Any(Pixels kCover, Pixels kDst) const
+    {
+        return StoreWhereFull(kCover, WithAlpha(Mixed(kCover, kDst), OverAlpha(kDst, kCover)));
+    }
+    KANVO_INLINE Pixels Opaque(Pixels kCover, Pixels kDst) const { return StoreWhereFull(kCover, Mixed(kCover, kDst)); }
+    static KANVO_INLINE Tov_Bool Nothing(Pixels kCover) { return _mm256_testz_si256(kCover, kCover) != 0; }
+
+private:
+    KANVO_INLINE Pixels Mixed(Pixels kCover, Pixels kDst) const
+    {
+        return kMix(kDst, _mm256_or_si256(kCover, _mm256_slli_epi32(kCover, 16)));
+    }
+    KANVO_INLINE Pixels StoreWhereFull(Pixels kCover, Pixels kMixed) const
+    {
+        return _mm256_blendv_epi8(kMixed, kColor, _mm256_cmpeq_epi32(kCover, Splat(255)));
+    }
+};
+
+//! Stores the source where its alpha is not 0.
+struct StoreRule
+{
+    static KANVO_INLINE Pixels Any(Pixels kSrc, Pixels kDst)
+    {
+        const Pixels kNothing = _mm256_cmpeq_epi32(_mm256_srli_epi32(kSrc, 24), _mm256_setzero_si256());
+        return _mm256_blendv_epi8(kSrc, kDst, kNothing);
+    }
+    static KANVO_INLINE Pixels   Opaque(Pixels kSrc, Pixels kDst) { return Any(kSrc, kDst); }
+    static KANVO_INLINE Tov_Bool Nothing(Pixels kSrc) { return AllTransparent(kSrc); }
+};
+
+//! Draws a row that shares no memory with its source. The last eight pixels are calculated before anything is written and
+//! stored at the end, over some that are there already, with the same value: so there is no remainder to be drawn singly.
+template <class Source, class Rule>
+KANVO_INLINE void DrawRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Source kSource, Rule kRule)
+{
+    if (uiCount < LANES)
+    {
+        if (uiCount > 0)
+        {
+            StoreFew(kDst, kRule.Any(kSource.Few(uiCount), LoadFew(kDst, uiCount)), uiCount);
+        }
+        return;
+    }
+    const Tov_UInt uiLast = uiCount - LANES;
+    Pixels         kLast  = _mm256_setzero_si256();
+    if (uiCount % LANES != 0)
+    {
+        kLast = kRule.Any(kSource.Eight(uiLast), Load(kDst + uiLast));
+    }
+    Tov_UInt uiX = 0;
+    for (; uiCount - uiX >= 2 * LANES; uiX += 2 * LANES)
+    {
+        const Pixels kSrc0 = kSource.Eight(uiX);
+        const Pixels kSrc1 = kSource.Eight(uiX + LANES);
+        const Pixels kDst0 = Load(kDst + uiX);
+        const Pixels kDst1 = Load(kDst + uiX + LANES);
+        if (!AllOpaque(_mm256_and_si256(kDst0, kDst1)))
+        {
+            Store(kDst + uiX, kRule.Any(kSrc0, kDst0));
+            Store(kDst + uiX + LANES, kRule.Any(kSrc1, kDst1));
+        }
+        else if (!kRule.Nothing(_mm256_or_si256(kSrc0, kSrc1)))
+        {
+            Store(kDst + uiX, kRule.Opaque(kSrc0, kDst0));
+            Store(kDst + uiX + LANES, kRule.Opaque(kSrc1, kDst1));
+        }
+    }
+    if (uiX <= uiLast)
+    {
+        Store(kDst + uiX, kRule.Any(kSource.Eight(uiX), Load(kDst + uiX)));
+    }
+    if (uiCount % LANES != 0)
+    {
+        Store(kDst + uiLast, kLast);
+    }
+}
+
+// ---- the row functions ----------------------------------------------------------------------------------------------
+
+struct RowsAVX2
+{
+    static KANVO_INLINE void Fill(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_PixelARGB32 pxPixel)
+    {
+        const Pixels kPixels = Splat(pxPixel);
+        if (uiCount < LANES)
+        {
+            StoreFew(kDst, kPixels, uiCount);
+            return;
+        }
+        const Kanvo_OffsetARGB32 kLast = kDst + (uiCount - LANES);
+        for (; kDst < kLast; kDst += LANES)
+        {
+            Store(kDst, kPixels);
+        }
+        Store(kLast, kPixels);
+    }
+
+    static KANVO_INLINE void FillMix(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
+                                     Tov_UByte ubAlpha)
+    {
+        if (ubAlpha == 255)
+        {
+            Fill(kDst, uiCount, clColor);
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, FromNowhere{}, MixColorEvenlyRule{MixColorEvenly(clColor, ubAlpha), ubAlpha});
+        }
+    }
+
+    static KANVO_INLINE void CopyBytes(void* pDst, const void* pSrc, Tov_UInt uiBytes)
+    {
+        Kanvo_RowsReference::CopyBytes(pDst, pSrc, uiBytes);
+    }
+
+    static KANVO_INLINE void Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+    {
+        if (uiCount > COPIED_HERE || Kanvo_RowsOverlap(kDst, kSrc, uiCount))
+        {
+            Kanvo_RowsReference::Copy(kDst, kSrc, uiCount);
+        }
+        else if (uiCount < LANES)
+        {
+            StoreFew(kDst, LoadFew(kSrc, uiCount), uiCount);
+        }
+        else
+        {
+            const Tov_UInt uiLast = uiCount - LANES;
+            for (Tov_UInt uiX = 0; uiX < uiLast; uiX += LANES)
+            {
+                Store(kDst + uiX, Load(kSrc + uiX));
+            }
+            Store(kDst + uiLast, Load(kSrc + uiLast));
+        }
+    }
+
+    static KANVO_INLINE void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                                  Tov_UByte ubAlpha)
+    {
+        const OverRule kRule{Splat(static_cast<Tov_UInt>(ubAlpha) << 24)};
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount))
+        {
+            Kanvo_RowsReference::Over(kDst, kSrc, uiCount, ubAlpha);
+        }
+        else if (ubAlpha == 255)
+        {
+            DrawRow(kDst, uiCount, FromARGB32{kSrc}, kRule);
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, FromScaledARGB32{{kSrc}, Splat(ubAlpha)}, kRule);
+        }
+    }
+
+    static KANVO_INLINE void BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
+                                        Tov_UByte ubAlpha)
+    {
+        // w / 128 as 2 w / 256
+        const auto ubWeight = static_cast<Tov_UByte>(ubAlpha & 0xFEU);
+        DrawRow(kDst, uiCount, FromNowhere{}, MixColorEvenlyRule{MixColorEvenly(clColor, ubWeight), ubAlpha});
+    }
+
+    static KANVO_INLINE void Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount))
+        {
+            Kanvo_RowsReference::Convert565(kDst, kSrc, uiCount);
+        }
+        else if (uiCount < LANES)
+        {
+            StoreFew(kDst, From565{kSrc}.Few(uiCount), uiCount);
+        }
+        else if (uiCount < 2 * LANES)
+        {
+            Store(kDst, From565{kSrc}.Eight(0));
+            Store(kDst + (uiCount - LANES), From565{kSrc}.Eight(uiCount - LANES));
+        }
+        else
+        {
+            const Tov_UInt uiLast = uiCount - 2 * LANES;
+            for (Tov_UInt uiX = 0; uiX < uiLast; uiX += 2 * LANES)
+            {
+                Convert565Sixteen(kDst + uiX, kSrc + uiX);
+            }
+            Convert565Sixteen(kDst + uiLast, kSrc + uiLast);
+        }
+    }
+
+    static KANVO_INLINE void Over565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount,
+                                     Tov_UByte ubAlpha)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount))
+        {
+            Kanvo_RowsReference::Over565(kDst, kSrc, uiCount, ubAlpha);
+        }
+        else
+        {
+            // of an opaque source both weights are the global alpha
+            DrawRow(kDst, uiCount, From565{kSrc}, BlendEvenlyRule{MixByOneHalfWeight(ubAlpha), ubAlpha});
+        }
+    }
+
+    static KANVO_INLINE void StoreMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
+                                          const Kanvo_PixelA8* kMask, Tov_UInt uiCount)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount) || Kanvo_RowsOverlap(kDst, kMask, uiCount))
+        {
+            Kanvo_RowsReference::StoreMask565(kDst, kSrc, kMask, uiCount);
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, FromSourceAndA8<From565>{{kSrc}, {kMask, 255}}, StoreRule{});
+        }
+    }
+
+    static KANVO_INLINE void BlendMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
+                                          const Kanvo_PixelA8* kMask, Tov_UInt uiCount, Tov_UByte ubAlpha)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount) || Kanvo_RowsOverlap(kDst, kMask, uiCount))
+        {
+            Kanvo_RowsReference::BlendMask565(kDst, kSrc, kMask, uiCount, ubAlpha);
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, FromSourceAndA8<From565>{{kSrc}, {kMask, ubAlpha}}, BlendRule{});
+        }
+    }
+
+    static KANVO_INLINE void BlendMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc,
+                                       const Kanvo_PixelA8* kMask, Tov_UInt uiCount, Tov_UByte ubAlpha)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount) || Kanvo_RowsOverlap(kDst, kMask, uiCount))
+        {
+            Kanvo_RowsReference::BlendMask(kDst, kSrc, kMask, uiCount, ubAlpha);
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, FromSourceAndA8<FromARGB32>{{kSrc}, {kMask, ubAlpha}}, BlendRule{});
+        }
+    }
+
+    static KANVO_INLINE void ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiCount,
+                                       Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha)
+    {
+        if (Kanvo_RowsOverlap(kDst, kMask, uiCount))
+        {
+            Kanvo_RowsReference::ColorMask(kDst, kMask, uiCount, clColor, ubAlpha);
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, FromA8{kMask, ubAlpha}, MixColorRule{MixColor(clColor), Splat(clColor)});
+        }
+    }
+
+private:
+    static constexpr Tov_UInt COPIED_HERE = 128;  //!< pixels; longer rows are worth a call of memcpy
+
+    //! With each alpha byte multiplied by the global alpha.
+    struct FromScaledARGB32
+    {
+        FromARGB32 kSource;
+        Pixels     kAlpha;  //!< in 32-bit lanes
+
+        KANVO_INLINE Pixels Eight(Tov_UInt uiX) const { return Scaled(kSource.Eight(uiX)); }
+        KANVO_INLINE Pixels Few(Tov_UInt uiCount) const { return Scaled(kSource.Few(uiCount)); }
+
+    private:
+        KANVO_INLINE Pixels Scaled(Pixels kPixels) const
+        {
+            return WithAlpha(kPixels, _mm256_slli_epi32(MulByte(_mm256_srli_epi32(kPixels, 24), kAlpha), 24));
+        }
+    };
+};
+
+}  // namespace
+
+constexpr Kanvo_LevelBodies g_Kanvo_kBodiesAVX2 = Kanvo_LevelBodies::Of<RowsAVX2>(KL_AVX2);

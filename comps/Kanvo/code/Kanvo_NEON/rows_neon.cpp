@@ -1,0 +1,502 @@
+// rows_neon: the row functions for ARM with NEON, 32 and 64 bit, eight pixels a turn. The bytes are those of
+// Kanvo_RowsReference; rows that overlap and rows of less than eight pixels are left to it.
+//
+// vld4 takes pixels apart into one register per channel, vst4 puts them together: then an alpha is a weight for three
+// registers without being copied about. No turn asks what its pixels are: on the Cortex-A9 the answer's way from a NEON
+// register to the core takes as long as eight pixels.
+#include "neonloops_rects.h"
+
+#if KANVO_HAS_NEON
+
+#include <arm_neon.h>
+
+namespace
+{
+
+using Channel  = uint8x8_t;    // of eight pixels
+using Channels = uint8x8x4_t;  // blue, green, red, alpha
+
+constexpr Tov_UInt LANES = 8;
+constexpr int      ALPHA = 3;
+
+KANVO_INLINE Channels Load(const Kanvo_PixelARGB32* kFrom)
+{
+    return vld4_u8(reinterpret_cast<const std::uint8_t*>(kFrom));
+}
+
+KANVO_INLINE void Store(Kanvo_OffsetARGB32 kTo, const Channels& kPixels)
+{
+    vst4_u8(reinterpret_cast<std::uint8_t*>(kTo), kPixels);
+}
+
+// ---- arithmetic -----------------------------------------------------------------------------------------------------
+
+//! t / 255, truncated, for t of 0 .. 65025.
+KANVO_INLINE Channel DivideBy255(uint16x8_t kProduct)
+{
+    return vaddhn_u16(vsraq_n_u16(kProduct, kProduct, 8), vdupq_n_u16(1));
+}
+
+KANVO_INLINE Channel MulByte(Channel kA, Channel kB)
+{
+    return DivideBy255(vmull_u8(kA, kB));
+}
+
+//! Kanvo_OverAlpha.
+KANVO_INLINE Channel OverAlpha(Channel kDst, Channel kAlpha)
+{
+    return vadd_u8(MulByte(vmvn_u8(kAlpha), kDst), kAlpha);
+}
+
+//! Kanvo_MixColor<7> by half of kAlpha: d + (s - d) w / 128 as (s w + d (128 - w)) / 128, at most 32640 before the shift.
+KANVO_INLINE void MixHalfWeight(Channels& kDst, const Channels& kSrc, Channel kAlpha)
+{
+    const Channel kWeight = vshr_n_u8(kAlpha, 1);
+    const Channel kRest   = vsub_u8(vdup_n_u8(128), kWeight);
+    kDst.val[0]           = vshrn_n_u16(vmlal_u8(vmull_u8(kSrc.val[0], kWeight), kDst.val[0], kRest), 7);
+    kDst.val[1]           = vshrn_n_u16(vmlal_u8(vmull_u8(kSrc.val[1], kWeight), kDst.val[1], kRest), 7);
+    kDst.val[2]           = vshrn_n_u16(vmlal_u8(vmull_u8(kSrc.val[2], kWeight), kDst.val[2], kRest), 7);
+}
+
+//! RGB565 pixels taken apart; the alpha stays unset. Five or six bits become eight by repeating the top bits below.
+KANVO_INLINE void Expand565(Channels& kPixels, uint16x8_t kPacked)
+{
+    const Channel kRed   = vshrn_n_u16(kPacked, 8);
+    const Channel kGreen = vshrn_n_u16(kPacked, 3);
+    const Channel kBlue  = vmovn_u16(vshlq_n_u16(kPacked, 3));
+    kPixels.val[0]       = vsri_n_u8(kBlue, kBlue, 5);
+    kPixels.val[1]       = vsri_n_u8(kGreen, kGreen, 6);
+    kPixels.val[2]       = vsri_n_u8(kRed, kRed, 5);
+}
+
+// ---- rules: eight pixels, drawn over kDst; a rule walks along its sources -------------------------------------------
+
+//! BlendPixelSrcAlpha. SCALED: whether the global alpha is below 255.
+template <bool SCALED>
+struct OverRule
+{
+    const Kanvo_PixelARGB32* kSrc;
+    Channel                  kGlobalAlpha;
+
+    KANVO_INLINE void operator()(Channels& kDst)
+    {
+        const Channels kSource = Load(kSrc);
+        kSrc += LANES;
+        const Channel kAlpha = SCALED ? MulByte(kSource.val[ALPHA], kGlobalAlpha) : kSource.val[ALPHA];
+        // Over a translucent pixel the colour's weight is the global alpha. (Such a pixel becomes opaque under an
+        // opaque one alone, and then both weights are equal: whether the destination is opaque decides, not the result.)
+        const Channel kOpaque = vceq_u8(kDst.val[ALPHA], vdup_n_u8(255));
+        MixHalfWeight(kDst, kSource, vbsl_u8(kOpaque, kAlpha, kGlobalAlpha));
+        kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], kAlpha);
+    }
+    void Skip(Tov_UInt uiCount) { kSrc += uiCount; }
+};
+
+//! BlendPixel of RGB565 pixels by one alpha for all.
+struct Over565Rule
+{
+    const Kanvo_PixelRGB565* kSrc;
+    Channel                  kAlpha;
+
+    KANVO_INLINE void operator()(Channels& kDst)
+    {
+        Channels kSource = kDst;  // for the alpha, which is not read
+        Expand565(kSource, vld1q_u16(kSrc));
+        kSrc += LANES;
+        MixHalfWeight(kDst, kSource, kAlpha);
+        kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], kAlpha);
+    }
+    void Skip(Tov_UInt uiCount) { kSrc += uiCount; }
+};
+
+//! Coverage. SCALED: whether the global alpha is below 255.
+template <bool SCALED>
+struct FromA8
+{
+    const Kanvo_PixelA8* kMask;
+    Channel              kGlobalAlpha;
+
+    KANVO_INLINE Channel Next()
+    {
+        const Channel kCover = vld1_u8(kMask);
+        kMask += LANES;
+        return SCALED ? MulByte(kCover, kGlobalAlpha) : kCover;
+    }
+    void Skip(Tov_UInt uiCount) { kMask += uiCount; }
+};
+
+//! BlendPixel of RGB565 pixels by coverages.
+template <bool SCALED>
+struct BlendMask565Rule
+{
+    const Kanvo_PixelRGB565* kSrc;
+    FromA8<SCALED>           kCover;
+
+    KANVO_INLINE void operator()(Channels& kDst)
+    {
+        Channels kSource = kDst;
+        Expand565(kSource, vld1q_u16(kSrc));
+        kSrc += LANES;
+        const Channel kAlpha = kCover.Next();
+        MixHalfWeight(kDst, kSource, kAlpha);
+        kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], kAlpha);
+    }
+    void Skip(Tov_UInt uiCount)
+    {
+        kSrc += uiCount;
+        kCover.Skip(uiCount);
+    }
+};
+
+//! BlendPixel of ARGB32 pixels by coverages.
+template <bool SCALED>
+struct BlendMaskRule
+{
+    const Kanvo_PixelARGB32* kSrc;
+    FromA8<SCALED>           kCover;
+
+    KANVO_INLINE void operator()(Channels& kDst)
+    {
+        const Channels kSource = Load(kSrc);
+        kSrc += LANES;
+        const Channel kAlpha = kCover.Next();
+        MixHalfWeight(kDst, kSource, kAlpha);
+        kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], kAlpha);
+    }
+    void Skip(Tov_UInt uiCount)
+    {
+        kSrc += uiCount;
+        kCover.Skip(uiCount);
+    }
+};
+
+//! RGB565 pixels with the mask as their alpha, where that is not 0.
+struct StoreMask565Rule
+{
+    const Kanvo_PixelRGB565* kSrc;
+    const Kanvo_PixelA8*     kMask;
+
+    KANVO_INLINE void operator()(Channels& kDst)
+    {
+        Channels kNew = kDst;
+        Expand565(kNew, vld1q_u16(kSrc));
+        const Channel kCover = vld1_u8(kMask);
+        kSrc += LANES;
+        kMask += LANES;
+        const Channel kVisible = vtst_u8(kCover, kCover);
+        kDst.val[0]            = vbsl_u8(kVisible, kNew.val[0], kDst.val[0]);
+        kDst.val[1]            = vbsl_u8(kVisible, kNew.val[1], kDst.val[1]);
+        kDst.val[2]            = vbsl_u8(kVisible, kNew.val[2], kDst.val[2]);
+        kDst.val[ALPHA]        = vbsl_u8(kVisible, kCover, kDst.val[ALPHA]);
+    }
+    void Skip(Tov_UInt uiCount)
+    {
+        kSrc += uiCount;
+        kMask += uiCount;
+    }
+};
+
+//! One colour by one weight of eight bits, below 255: d + (s - d) w / 256 as (d (255 - w) + d + s w) / 256, 0 .. 65280.
+class MixColorEvenlyRule
+{
+public:
+    //! ubAlpha: what the alpha grows by.
+    MixColorEvenlyRule(Kanvo_ColorARGB32 clColor, Tov_UByte ubWeight, Tov_UByte ubAlpha)
+        : m_kRest(vdup_n_u8(static_cast<Tov_UByte>(255 - ubWeight))),
+          m_kAlpha(vdup_n_u8(ubAlpha))
+    {
+        for (int iChannel = 0; iChannel < ALPHA; ++iChannel)
+        {
+            const Tov_UInt uiPart = (clColor >> (8 * iChannel) & 0xFFU) * ubWeight;
+            m_akParts[iChannel]   = vdupq_n_u16(static_cast<Tov_UShort>(uiPart));
+        }
+    }
+
+    KANVO_INLINE void operator()(Channels& kDst) const
+    {
+        kDst.val[0]     = Mixed(kDst.val[0], m_akParts[0]);
+        kDst.val[1]     = Mixed(kDst.val[1], m_akParts[1]);
+        kDst.val[2]     = Mixed(kDst.val[2], m_akParts[2]);
+        kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], m_kAlpha);
+    }
+    static void Skip(Tov_UInt /*uiCount*/) {}
+
+private:
+    KANVO_INLINE Channel Mixed(Channel kDst, uint16x8_t kPart) const
+    {
+        return vaddhn_u16(vaddw_u8(vmull_u8(kDst, m_kRest), kDst), kPart);
+    }
+
+    Channel    m_kRest;
+    Channel    m_kAlpha;
+    uint16x8_t m_akParts[ALPHA];
+};
+
+//! One colour by coverages, with KanvoBlit_MixLinear, where full coverage stores the colour.
+template <bool SCALED>
+struct MixColorRule
+{
+    FromA8<SCALED> kCover;
+    Channels       kColor;
+
+    KANVO_INLINE void operator()(Channels& kDst)
+    {
+        const Channel kWeight = kCover.Next();
+        const Channel kRest   = vmvn_u8(kWeight);
+        const Channel kFull   = vceq_u8(kWeight, vdup_n_u8(255));
+        kDst.val[0]           = vbsl_u8(kFull, kColor.val[0], Mixed(kDst.val[0], kColor.val[0], kWeight, kRest));
+        kDst.val[1]           = vbsl_u8(kFull, kColor.val[1], Mixed(kDst.val[1], kColor.val[1], kWeight, kRest));
+        kDst.val[2]           = vbsl_u8(kFull, kColor.val[2], Mixed(kDst.val[2], kColor.val[2], kWeight, kRest));
+        kDst.val[ALPHA]       = vbsl_u8(kFull, kColor.val[ALPHA], OverAlpha(kDst.val[ALPHA], kWeight));
+    }
+    void Skip(Tov_UInt uiCount) { kCover.Skip(uiCount); }
+
+private:
+    static KANVO_INLINE Channel Mixed(Channel kDst, Channel kSrc, Channel kWeight, Channel kRest)
+    {
+        return vshrn_n_u16(vaddw_u8(vmlal_u8(vmull_u8(kDst, kRest), kSrc, kWeight), kDst), 8);
+    }
+};
+
+// ---- rows -----------------------------------------------------------------------------------------------------------
+
+//! Draws a row of eight pixels or more that shares no memory with its source. The last eight are calculated before
+//! anything is written and stored at the end, over some that are there already, with the same value: so there is no
+//! remainder to be drawn singly.
+template <class Rule>
+KANVO_INLINE void DrawRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Rule kRule)
+{
+    const Kanvo_OffsetARGB32 kLast   = kDst + (uiCount - LANES);
+    Rule                     kAtLast = kRule;
+    kAtLast.Skip(uiCount - LANES);
+    Channels kEnd = Load(kLast);
+    kAtLast(kEnd);
+    for (; kDst < kLast; kDst += LANES)
+    {
+        Channels kPixels = Load(kDst);
+        kRule(kPixels);
+        Store(kDst, kPixels);
+    }
+    Store(kLast, kEnd);
+}
+
+//! Whether a row must be left to the portable body.
+template <class... SrcPixels>
+KANVO_INLINE Tov_Bool IsOrdinary(Tov_UInt uiCount, [[maybe_unused]] const Kanvo_PixelARGB32* kDst,
+                                 const SrcPixels*... kSrc)
+{
+    return uiCount >= LANES && !(Kanvo_RowsOverlap(kDst, kSrc, uiCount) || ...);
+}
+
+struct RowsNEON
+{
+    static KANVO_INLINE void Fill(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_PixelARGB32 pxPixel)
+    {
+        if (uiCount < LANES)
+        {
+            Kanvo_RowsReference::Fill(kDst, uiCount, pxPixel);
+            return;
+        }
+        const uint32x4_t         kPixels = vdupq_n_u32(pxPixel);
+        const Kanvo_OffsetARGB32 kLast   = kDst + (uiCount - LANES);
+        for (; kDst < kLast; kDst += LANES)
+        {
+            StoreEight(kDst, kPixels);
+        }
+        StoreEight(kLast, kPixels);
+    }
+
+    static KANVO_INLINE void FillMix(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
+                                     Tov_UByte ubAlpha)
+    {
+        if (ubAlpha == 255)
+        {
+            Fill(kDst, uiCount, clColor);
+        }
+        else if (IsOrdinary(uiCount, kDst))
+        {
+            DrawRow(kDst, uiCount, MixColorEvenlyRule(clColor, ubAlpha, ubAlpha));
+        }
+        else
+        {
+            Kanvo_RowsReference::FillMix(kDst, uiCount, clColor, ubAlpha);
+        }
+    }
+
+    static KANVO_INLINE void CopyBytes(void* pDst, const void* pSrc, Tov_UInt uiBytes)
+    {
+        Kanvo_RowsReference::CopyBytes(pDst, pSrc, uiBytes);
+    }
+
+    static KANVO_INLINE void Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+    {
+        if (!IsOrdinary(uiCount, kDst, kSrc))
+        {
+            Kanvo_RowsReference::Copy(kDst, kSrc, uiCount);
+            return;
+        }
+        const Tov_UInt uiLast = uiCount - LANES;
+        for (Tov_UInt uiX = 0; uiX < uiLast; uiX += LANES)
+        {
+            CopyEight(kDst + uiX, kSrc + uiX);
+        }
+        CopyEight(kDst + uiLast, kSrc + uiLast);
+    }
+
+    static KANVO_INLINE void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                                  Tov_UByte ubAlpha)
+    {
+        if (!IsOrdinary(uiCount, kDst, kSrc))
+        {
+            Kanvo_RowsReference::Over(kDst, kSrc, uiCount, ubAlpha);
+        }
+        else if (ubAlpha == 255)
+        {
+            DrawRow(kDst, uiCount, OverRule<false>{kSrc, vdup_n_u8(255)});
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, OverRule<true>{kSrc, vdup_n_u8(ubAlpha)});
+        }
+    }
+
+    static KANVO_INLINE void BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
+                                        Tov_UByte ubAlpha)
+    {
+        if (IsOrdinary(uiCount, kDst))
+        {
+            // w / 128 as 2 w / 256
+            DrawRow(kDst, uiCount, MixColorEvenlyRule(clColor, static_cast<Tov_UByte>(ubAlpha & 0xFEU), ubAlpha));
+        }
+        else
+        {
+            Kanvo_RowsReference::BlendColor(kDst, uiCount, clColor, ubAlpha);
+        }
+    }
+
+    static KANVO_INLINE void Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount)
+    {
+        if (!IsOrdinary(uiCount, kDst, kSrc))
+        {
+            Kanvo_RowsReference::Convert565(kDst, kSrc, uiCount);
+            return;
+        }
+        const Tov_UInt uiLast = uiCount - LANES;
+        for (Tov_UInt uiX = 0; uiX < uiLast; uiX += LANES)
+        {
+            ConvertEight(kDst + uiX, kSrc + uiX);
+        }
+        ConvertEight(kDst + uiLast, kSrc + uiLast);
+    }
+
+    static KANVO_INLINE void Over565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount,
+                                     Tov_UByte ubAlpha)
+    {
+        if (IsOrdinary(uiCount, kDst, kSrc))
+        {
+            // of an opaque source both weights are the global alpha
+            DrawRow(kDst, uiCount, Over565Rule{kSrc, vdup_n_u8(ubAlpha)});
+        }
+        else
+        {
+            Kanvo_RowsReference::Over565(kDst, kSrc, uiCount, ubAlpha);
+        }
+    }
+
+    static KANVO_INLINE void StoreMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
+                                          const Kanvo_PixelA8* kMask, Tov_UInt uiCount)
+    {
+        if (IsOrdinary(uiCount, kDst, kSrc, kMask))
+        {
+            DrawRow(kDst, uiCount, StoreMask565Rule{kSrc, kMask});
+        }
+        else
+        {
+            Kanvo_RowsReference::StoreMask565(kDst, kSrc, kMask, uiCount);
+        }
+    }
+
+    static KANVO_INLINE void BlendMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc,
+                                          const Kanvo_PixelA8* kMask, Tov_UInt uiCount, Tov_UByte ubAlpha)
+    {
+        if (!IsOrdinary(uiCount, kDst, kSrc, kMask))
+        {
+            Kanvo_RowsReference::BlendMask565(kDst, kSrc, kMask, uiCount, ubAlpha);
+        }
+        else if (ubAlpha == 255)
+        {
+            DrawRow(kDst, uiCount, BlendMask565Rule<false>{kSrc, {kMask, vdup_n_u8(255)}});
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, BlendMask565Rule<true>{kSrc, {kMask, vdup_n_u8(ubAlpha)}});
+        }
+    }
+
+    static KANVO_INLINE void BlendMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc,
+                                       const Kanvo_PixelA8* kMask, Tov_UInt uiCount, Tov_UByte ubAlpha)
+    {
+        if (!IsOrdinary(uiCount, kDst, kSrc, kMask))
+        {
+            Kanvo_RowsReference::BlendMask(kDst, kSrc, kMask, uiCount, ubAlpha);
+        }
+        else if (ubAlpha == 255)
+        {
+            DrawRow(kDst, uiCount, BlendMaskRule<false>{kSrc, {kMask, vdup_n_u8(255)}});
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, BlendMaskRule<true>{kSrc, {kMask, vdup_n_u8(ubAlpha)}});
+        }
+    }
+
+    static KANVO_INLINE void ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiCount,
+                                       Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha)
+    {
+        if (!IsOrdinary(uiCount, kDst, kMask))
+        {
+            Kanvo_RowsReference::ColorMask(kDst, kMask, uiCount, clColor, ubAlpha);
+            return;
+        }
+        Channels kColor;
+        for (int iChannel = 0; iChannel <= ALPHA; ++iChannel)
+        {
+            kColor.val[iChannel] = vdup_n_u8(static_cast<Tov_UByte>(clColor >> (8 * iChannel)));
+        }
+        if (ubAlpha == 255)
+        {
+            DrawRow(kDst, uiCount, MixColorRule<false>{{kMask, vdup_n_u8(255)}, kColor});
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, MixColorRule<true>{{kMask, vdup_n_u8(ubAlpha)}, kColor});
+        }
+    }
+
+private:
+    static KANVO_INLINE void StoreEight(Kanvo_OffsetARGB32 kTo, uint32x4_t kPixels)
+    {
+        vst1q_u32(kTo, kPixels);
+        vst1q_u32(kTo + 4, kPixels);
+    }
+    static KANVO_INLINE void CopyEight(Kanvo_OffsetARGB32 kTo, const Kanvo_PixelARGB32* kFrom)
+    {
+        const uint32x4_t kLow  = vld1q_u32(kFrom);
+        const uint32x4_t kHigh = vld1q_u32(kFrom + 4);
+        vst1q_u32(kTo, kLow);
+        vst1q_u32(kTo + 4, kHigh);
+    }
+    static KANVO_INLINE void ConvertEight(Kanvo_OffsetARGB32 kTo, const Kanvo_PixelRGB565* kFrom)
+    {
+        Channels kPixels;
+        kPixels.val[ALPHA] = vdup_n_u8(255);
+        Expand565(kPixels, vld1q_u16(kFrom));
+        Store(kTo, kPixels);
+    }
+};
+
+}  // namespace
+
+constexpr Kanvo_LevelBodies g_Kanvo_kBodiesNEON = Kanvo_LevelBodies::Of<RowsNEON>(KL_NEON);
+
+#endif
