@@ -2,6 +2,7 @@
 // derives from a class of the library, which needs more of it than calling does.
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 #include <Kanvo.h>
@@ -52,7 +53,20 @@ int main()
         {15, 10, 0xFF608F08u}, {24, 14, 0xFF608F08u}, {34, 19, 0xFF007F00u}, {35, 19, 0xFF000000u},
         {9, 20, 0xFF0000FFu},  {10, 20, 0xFF000000u}, {0, 29, 0xFF0000FFu},
     };
+    // Sources on the heap, of every class: what that takes of the library is in it, whatever this program is compiled with.
+    const std::uint8_t                         cover[4]   = {};
+    const std::uint16_t                        colours[4] = {};
+    const std::uint32_t                        words[4]   = {};
+    std::vector<std::unique_ptr<Kanvo_Bitmap>> sources;
+    sources.push_back(std::make_unique<Kanvo_BitmapA8>(&screen, 2, 2, cover));
+    sources.push_back(std::make_unique<Kanvo_BitmapRGB32>(&screen, 2, 2, words));
+    sources.push_back(std::make_unique<Kanvo_BitmapRGB565>(&screen, 2, 2, colours));
+
     int failures = 0;
+    for (const std::unique_ptr<Kanvo_Bitmap>& source : sources)
+    {
+        failures += source->GetWidth() == 2 ? 0 : 1;
+    }
     for (const Expectation& e : expectations)
     {
         const std::uint32_t color = pixels[e.y * width + e.x];

@@ -1,6 +1,8 @@
 // Kanvo_BitmapA8: the source bitmap of its format.
 #include "Kanvo_BitmapA8.h"
 
+template class Kanvo_SourceBitmapOf<Kanvo_PixelA8, BM_ALPHA8>;
+
 Kanvo_Color Kanvo_BitmapA8::ColorFromRGB(Tov_UByte /*ubR*/, Tov_UByte /*ubG*/, Tov_UByte /*ubB*/) const
 {
     return 255;

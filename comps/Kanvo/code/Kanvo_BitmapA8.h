@@ -37,6 +37,9 @@ public:
     }
 };
 
+// Its tables lie in the library, not in code that uses it and may be compiled with type information.
+extern template class Kanvo_SourceBitmapOf<Kanvo_PixelA8, BM_ALPHA8>;
+
 //! A source bitmap of A8 pixels.
 class Kanvo_BitmapA8 : public Kanvo_SourceBitmapOf<Kanvo_PixelA8, BM_ALPHA8>
 {

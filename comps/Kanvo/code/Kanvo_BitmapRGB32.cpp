@@ -1,6 +1,8 @@
 // Kanvo_BitmapRGB32: the source bitmap of its format.
 #include "Kanvo_BitmapRGB32.h"
 
+template class Kanvo_SourceBitmapOf<Kanvo_PixelRGB32, BM_RGB32>;
+
 Kanvo_Color Kanvo_BitmapRGB32::ColorFromRGB(Tov_UByte ubR, Tov_UByte ubG, Tov_UByte ubB) const
 {
     return (static_cast<Tov_UInt>(ubR) << 16) | (static_cast<Tov_UInt>(ubG) << 8) | ubB;

@@ -22,6 +22,9 @@ public:
     }
 };
 
+// Its tables lie in the library, not in code that uses it and may be compiled with type information.
+extern template class Kanvo_SourceBitmapOf<Kanvo_PixelRGB32, BM_RGB32>;
+
 //! A source bitmap of RGB32 pixels.
 class Kanvo_BitmapRGB32 : public Kanvo_SourceBitmapOf<Kanvo_PixelRGB32, BM_RGB32>
 {

@@ -1,6 +1,8 @@
 // Kanvo_BitmapRGB565: the source bitmap of its format.
 #include "Kanvo_BitmapRGB565.h"
 
+template class Kanvo_SourceBitmapOf<Kanvo_PixelRGB565, BM_RGB565>;
+
 Kanvo_Color Kanvo_BitmapRGB565::ColorFromRGB(Tov_UByte ubR, Tov_UByte ubG, Tov_UByte ubB) const
 {
     return Kanvo_PixelRGB565_Access::PixelFromRGB(ubR, ubG, ubB);

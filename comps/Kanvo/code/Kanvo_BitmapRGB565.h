@@ -62,6 +62,9 @@ private:
     }
 };
 
+// Its tables lie in the library, not in code that uses it and may be compiled with type information.
+extern template class Kanvo_SourceBitmapOf<Kanvo_PixelRGB565, BM_RGB565>;
+
 //! A source bitmap of RGB565 pixels.
 class Kanvo_BitmapRGB565 : public Kanvo_SourceBitmapOf<Kanvo_PixelRGB565, BM_RGB565>
 {
