@@ -28,7 +28,8 @@ Fence::Fence(std::size_t bytes, Against end)
     if (mapping == MAP_FAILED) throw std::bad_alloc();
     m_pages  = static_cast<std::uint8_t*>(mapping);
     m_usable = m_pages + m_pageSize;
-    if (mprotect(m_usable, m_usableSize, PROT_READ | PROT_WRITE) != 0)
+    // Without bytes nothing is asked for: Linux grants it, QEMU's user mode does not.
+    if (m_usableSize != 0 && mprotect(m_usable, m_usableSize, PROT_READ | PROT_WRITE) != 0)
     {
         munmap(m_pages, m_usableSize + 2 * m_pageSize);
         throw std::bad_alloc();
@@ -45,7 +46,7 @@ Fence::~Fence()
 
 void Fence::MakeReadOnly()
 {
-    if (mprotect(m_usable, m_usableSize, PROT_READ) != 0) throw std::bad_alloc();
+    if (m_usableSize != 0 && mprotect(m_usable, m_usableSize, PROT_READ) != 0) throw std::bad_alloc();
 }
 
 bool Fence::IsSlackUntouched() const
