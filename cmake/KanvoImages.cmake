@@ -44,7 +44,6 @@ function(kanvo_add_images target)
     kanvo_image_tool(tool)
 
     set(folder "${CMAKE_CURRENT_BINARY_DIR}/${target}_images")
-    get_property(languages GLOBAL PROPERTY ENABLED_LANGUAGES)
     foreach(picture IN LISTS pictures)
         get_filename_component(picture "${picture}" ABSOLUTE)
         if(NOT EXISTS "${picture}")
@@ -73,7 +72,8 @@ function(kanvo_add_images target)
             COMMENT "Encoding ${name} as ${arg_FORMAT}"
             VERBATIM)
         target_sources(${target} PRIVATE "${source}" "${header}")
-        if(NOT "C" IN_LIST languages)
+        # Whether C can be compiled in this folder; a language may be enabled in other ones, by GoogleTest for instance.
+        if(NOT CMAKE_C_COMPILE_OBJECT)
             set_source_files_properties("${source}" PROPERTIES LANGUAGE CXX)  # the sources are both C and C++
         endif()
     endforeach()

@@ -17,24 +17,13 @@
 #include "LineStage.h"
 #include "NaiveMix.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#define LINE_RANDOM_SLOW 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer) || __has_feature(undefined_behavior_sanitizer)
-#define LINE_RANDOM_SLOW 1
-#endif
-#endif
-#ifndef LINE_RANDOM_SLOW
-#define LINE_RANDOM_SLOW 0
-#endif
-
 namespace
 {
 
 using support::Dice;
 
-constexpr std::uint64_t LINES = LINE_RANDOM_SLOW != 0 ? 20000 : 1000000;
-constexpr std::uint64_t DOTS  = LINE_RANDOM_SLOW != 0 ? 6000 : 300000;
+constexpr std::uint64_t LINES = support::CasesOf(1000000);
+constexpr std::uint64_t DOTS  = support::CasesOf(300000);
 
 constexpr std::size_t ARENA_BYTES = 65536;
 

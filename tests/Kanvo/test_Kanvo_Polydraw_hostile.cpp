@@ -32,8 +32,8 @@ constexpr float         NAN_VALUE = std::numeric_limits<float>::quiet_NaN();
 constexpr float         LARGEST   = std::numeric_limits<float>::max();
 constexpr float         SMALLEST  = std::numeric_limits<float>::denorm_min();
 
-// Under sanitizers everything takes longer.
-constexpr double MOST_SECONDS = RANDOM_POLYGONS_SLOW != 0 ? 20.0 : 1.0;
+// Under sanitizers and on an emulated processor everything takes longer.
+const double MOST_SECONDS = support::Slow() ? 20.0 : 1.0;
 
 constexpr Tov_Flag RENDERERS[] = {POLY_NONE, POLY_ANTIALIAS, POLY_USE_RENDERSTATE};
 
@@ -275,7 +275,7 @@ TEST(PolydrawHostile, AHundredThousandCornersAreDrawnInBoundedTime)
         for (const Tov_Flag more : {Tov_Flag{0}, Tov_Flag{POLY_NOCLIP}})
         {
             HostileStage stage;
-            const bool   all = renderer == POLY_NONE && more == 0 && RANDOM_POLYGONS_SLOW == 0;
+            const bool   all = renderer == POLY_NONE && more == 0 && !support::Slow();
             EXPECT_LT(stage.Draw(squares(all ? 25001 : 2501), renderer | more), 10 * MOST_SECONDS);
             EXPECT_EQ(stage.Count(), 160) << std::hex << (renderer | more);
             EXPECT_LT(stage.Draw(Round(20000, true), renderer | more), 10 * MOST_SECONDS);

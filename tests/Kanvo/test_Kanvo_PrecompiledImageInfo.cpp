@@ -302,7 +302,7 @@ TYPED_TEST(Decoder, AnySequenceOfRequestsEndsWhereOneRequestDoes)
                 // what was not skipped by this request stays comparable
                 for (std::uint64_t pixel = consumed; pixel < consumed + request && pixel < pixels; ++pixel)
                 {
-                    collector.indices.push_back(whole.indices[pixel]);
+                    collector.indices.push_back(whole.indices[static_cast<std::size_t>(pixel)]);
                 }
             }
             consumed += request;

@@ -244,7 +244,8 @@ TEST(DebugFontChar, FindsARowBeyondFourGigabytes)
     if (sizeof(void*) < 8) GTEST_SKIP() << "needs 64-bit addresses";
     constexpr Tov_UInt      WIDTH = 16384, HEIGHT = 70000, ROW = 65600;
     constexpr std::uint64_t PITCH = 65536;
-    void* const desert = mmap(nullptr, PITCH * HEIGHT, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    constexpr auto          BYTES = static_cast<std::size_t>(PITCH * HEIGHT);
+    void* const desert            = mmap(nullptr, BYTES, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (desert == MAP_FAILED) GTEST_SKIP() << "no address space to reserve";
     auto* const rows = static_cast<std::uint8_t*>(desert) + ROW * PITCH;
     ASSERT_EQ(mprotect(rows, PITCH * 10, PROT_READ | PROT_WRITE), 0);  // the ten rows of the glyph and no other
@@ -257,7 +258,7 @@ TEST(DebugFontChar, FindsARowBeyondFourGigabytes)
     for (std::uint64_t index = 0; index < 10 * PITCH / 4; ++index)
         inked += reinterpret_cast<std::uint32_t*>(rows)[index] == INK ? 1 : 0;
     EXPECT_GT(inked, 3);
-    munmap(desert, PITCH * HEIGHT);
+    munmap(desert, BYTES);
 }
 
 // ---- counter --------------------------------------------------------------------------------------------------------

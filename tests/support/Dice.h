@@ -6,10 +6,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
+#include <cstdio>
 #include <cstring>
 #include <initializer_list>
 
+#include "Speed.h"
 #include "Sweep.h"
 
 namespace support
@@ -47,13 +48,6 @@ public:
     }
 };
 
-//! A number from the environment, or the given one.
-inline std::uint64_t FromEnvironment(const char* name, std::uint64_t otherwise)
-{
-    const char* const text = std::getenv(name);
-    return text != nullptr && *text != '\0' ? std::strtoull(text, nullptr, 0) : otherwise;
-}
-
 //! Seeds from first on, one for each case of a random test.
 struct Seeds
 {
@@ -62,8 +56,13 @@ struct Seeds
 
     explicit Seeds(std::uint64_t cases)
         : first(FromEnvironment("KANVO_TEST_SEED", 1)),
-          count(FromEnvironment("KANVO_TEST_CASES", cases))
+          count(FromEnvironment("KANVO_TEST_CASES", (cases + OneCaseIn() - 1) / OneCaseIn()))
     {
+        if (count < cases)  // never silently: `./dev target` adds these lines up
+        {
+            std::printf("[  CASES   ] %llu of %llu\n", static_cast<unsigned long long>(count),
+                        static_cast<unsigned long long>(cases));
+        }
     }
 };
 

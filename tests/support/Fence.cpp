@@ -46,7 +46,7 @@ Fence::~Fence()
 
 void Fence::MakeReadOnly()
 {
-    if (mprotect(m_usable, m_usableSize, PROT_READ) != 0) throw std::bad_alloc();
+    if (m_usableSize != 0 && mprotect(m_usable, m_usableSize, PROT_READ) != 0) throw std::bad_alloc();
 }
 
 bool Fence::IsSlackUntouched() const

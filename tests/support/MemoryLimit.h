@@ -19,6 +19,8 @@ public:
         rlimit small   = m_before;
         small.rlim_cur = BYTES;
         m_isSet        = m_isSet && setrlimit(RLIMIT_AS, &small) == 0;
+        // QEMU's user mode says yes and sets nothing: only what can be read back is a limit.
+        m_isSet = m_isSet && getrlimit(RLIMIT_AS, &small) == 0 && small.rlim_cur == BYTES;
     }
     ~MemoryLimit()
     {
@@ -29,8 +31,9 @@ public:
 
     bool IsSet() const { return m_isSet; }
 
-    //! Not under the address sanitizer, which takes terabytes of address space and gives up where it gets none.
-    static constexpr bool IsPossible()
+    //! Not under the address sanitizer, which takes terabytes of address space and gives up where it gets none;
+    //! not where the processor is emulated.
+    static bool IsPossible()
     {
 #if defined(__SANITIZE_ADDRESS__)
         return false;
@@ -38,10 +41,10 @@ public:
 #if __has_feature(address_sanitizer)
         return false;
 #else
-        return true;
+        return MemoryLimit().IsSet();
 #endif
 #else
-        return true;
+        return MemoryLimit().IsSet();
 #endif
     }
 

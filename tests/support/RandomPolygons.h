@@ -10,25 +10,8 @@
 #include "Dice.h"
 #include "Reference_Polygon.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#define RANDOM_POLYGONS_SLOW 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer) || __has_feature(undefined_behavior_sanitizer)
-#define RANDOM_POLYGONS_SLOW 1
-#endif
-#endif
-#ifndef RANDOM_POLYGONS_SLOW
-#define RANDOM_POLYGONS_SLOW 0
-#endif
-
 namespace support
 {
-
-//! The number of cases of a random test, or a fiftieth of it under sanitizers.
-constexpr std::uint64_t CasesOf(std::uint64_t cases)
-{
-    return RANDOM_POLYGONS_SLOW != 0 ? cases / 50 : cases;
-}
 
 //! low to high, high excluded but for rounding.
 inline float Uniform(Dice& dice, float low, float high)
