@@ -1059,9 +1059,9 @@ private:
 
 constexpr unsigned WIDE_FIELD = 160, HIGH_FIELD = 120;
 
-//! How far whole and clipped draws of turned pictures may be apart, in 1/65536 px: the steps along a side are whole numbers,
-//! so that the side is off by a quarter of that per row where it begins and ends, and the clip's border is not.
-constexpr int AT_ANY_ANGLE = HIGH_FIELD / 4 + 2;
+//! How far whole and clipped draws of turned pictures may be apart, in 1/65536 px: the source position of a row that begins on
+//! a side, and its way to the next whole column, are rounded, where one that begins on the clip's border is not.
+constexpr int AT_ANY_ANGLE = 2;
 
 void ExpectAgreement(const char* what, const Agreement& agreement, int furthest, std::uint64_t cases)
 {

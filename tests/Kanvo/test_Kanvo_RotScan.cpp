@@ -28,7 +28,8 @@ public:
         if (!s_script) return false;
         for (const auto& edge : s_script->left)
         {
-            *left++ = {edge.y1, edge.dx, edge.sx, edge.v, edge.u, edge.dv, edge.du};
+            *left++ = {edge.y1, edge.dx,    edge.sx,    edge.v,      edge.u,     edge.dv,
+                       edge.du, edge.fineV, edge.fineU, edge.fineDv, edge.fineDu};
         }
         for (const auto& edge : s_script->right) *right++ = {edge.y1, edge.dx, edge.sx};
         leftCount  = static_cast<Tov_Int>(s_script->left.size());
@@ -268,6 +269,13 @@ TEST(RotScan, RandomEdgesAreScannedAsTheNaiveReferenceDoes)
             left.u  = dice.Between(Fixed(100), Fixed(150));
             left.dv = dice.Between(-most, most);
             left.du = dice.Between(-most, most);
+            if (dice.OneIn(2))
+            {
+                for (std::uint16_t* fine : {&left.fineV, &left.fineU, &left.fineDv, &left.fineDu})
+                {
+                    *fine = static_cast<std::uint16_t>(dice.OneIn(4) ? 65535 * dice.Below(2) : dice.Below(65536));
+                }
+            }
             geometry.left.push_back(left);
         }
         y = from;

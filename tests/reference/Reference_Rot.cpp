@@ -28,6 +28,14 @@ std::int32_t FixedProduct(std::int64_t one, std::int64_t other)
     return Wrapped(PixelOf(one * other));
 }
 
+//! A source coordinate of an edge, one row further down.
+void StepDown(std::int32_t& whole, std::uint16_t& fine, std::int32_t step, std::uint16_t fineStep)
+{
+    const std::int64_t next = (std::int64_t{whole} * 65536 + fine) + (std::int64_t{step} * 65536 + fineStep);
+    whole                   = Wrapped(PixelOf(next));
+    fine                    = static_cast<std::uint16_t>(next - PixelOf(next) * 65536);
+}
+
 }  // namespace
 
 // ---- geometry -------------------------------------------------------------------------------------------------------
@@ -71,8 +79,8 @@ std::vector<RotPixel> ScanRot(const RotGeometry& geometry, const Clip& clip)
         }
         right.sx = Wrapped(std::int64_t{right.sx} + right.dx);
         left.sx  = Wrapped(std::int64_t{left.sx} + left.dx);
-        left.u   = Wrapped(std::int64_t{left.u} + left.du);
-        left.v   = Wrapped(std::int64_t{left.v} + left.dv);
+        StepDown(left.v, left.fineV, left.dv, left.fineDv);
+        StepDown(left.u, left.fineU, left.du, left.fineDu);
     }
     return pixels;
 }

@@ -17,7 +17,8 @@ namespace reference
 
 // ---- geometry -------------------------------------------------------------------------------------------------------
 
-//! An edge, from row y1 on: x and its change per row; on the left also the source column v and row u. All but y1 in 16.16.
+//! An edge, from row y1 on: x and its change per row; on the left also the source column v and row u. All but y1 in 16.16;
+//! the last four are further 16 binary places of those named like them.
 struct RotEdgeLeft
 {
     std::int32_t y1;
@@ -27,6 +28,11 @@ struct RotEdgeLeft
     std::int32_t u;
     std::int32_t dv;
     std::int32_t du;
+
+    std::uint16_t fineV  = 0;
+    std::uint16_t fineU  = 0;
+    std::uint16_t fineDv = 0;
+    std::uint16_t fineDu = 0;
 };
 
 struct RotEdgeRight

@@ -33,7 +33,8 @@ inline std::optional<reference::RotGeometry> EdgesOf(const Kanvo_Bitmap& target,
     for (int index = 0; index < leftCount && index < ROOM; ++index)
     {
         const Kanvo_RotBlitEdgeLeft& edge = left[index];
-        geometry.left.push_back({edge.y1, edge.dx, edge.sx, edge.v, edge.u, edge.dv, edge.du});
+        geometry.left.push_back({edge.y1, edge.dx, edge.sx, edge.v, edge.u, edge.dv, edge.du, edge.usFineV,
+                                 edge.usFineU, edge.usFineDV, edge.usFineDU});
     }
     for (int index = 0; index < rightCount && index < ROOM; ++index)
     {

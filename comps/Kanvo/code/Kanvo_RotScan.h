@@ -111,9 +111,7 @@ KANVO_INLINE void Kanvo_RotScan(const Source* pkSource, const Kanvo_Bitmap* pkDe
             }
         }
         kRight.sx = Tov_FixAdd(kRight.sx, kRight.dx);
-        kLeft.sx  = Tov_FixAdd(kLeft.sx, kLeft.dx);
-        kLeft.u   = Tov_FixAdd(kLeft.u, kLeft.du);
-        kLeft.v   = Tov_FixAdd(kLeft.v, kLeft.dv);
+        kLeft.NextRow();
     }
 }
 

@@ -8,7 +8,8 @@
 //
 // A clipped draw must be a part of the whole one. So everything that rounds depends on the turned rectangle and the bitmap
 // alone: the steps from column to column and from row to row are whole numbers (Lattice), and so is x along a side (RowRamp).
-// The clip rectangle then only chooses rows, and where it cuts a side off, its own border takes the side's place.
+// The clip rectangle then only chooses rows, and where it cuts a side off, its own border takes the side's place. From row to
+// row of a slanted side the source position changes by no whole number: there it is kept with 32 binary places.
 #include "Kanvo_RotBlitParam.h"
 
 #include <algorithm>
@@ -272,24 +273,23 @@ class Lattice
 {
 public:
     //! The coordinate is a plane over the destination, drawn in by a margin at both ends that covers all that is rounded
-    //! on the area: half a unit of each step from the middle on; along a side a quarter of a unit per row in x, and in
-    //! the coordinate itself; and what the shortest row needs.
+    //! on the area: half a unit of each step from the middle on; along a side a quarter of a unit per row in x; and what
+    //! the shortest row needs.
     Lattice(const Plane& kPlane, Tov_UInt uiSrc, Tov_UInt uiLength, Tov_Bool bBilinear, const Area& kArea)
     {
         const Tov_Int iColumns = kArea.iRightEnd - kArea.iLeft;
         const Tov_Int iRows    = kArea.iBottomEnd - kArea.iTop;
-        const Tov_Int iX       = kArea.iLeft + iColumns / 2;
-        const Tov_Int iY       = kArea.iTop + iRows / 2;
         const auto    dLength  = static_cast<double>(bBilinear ? uiLength - 1 : uiLength);
         const double  dSlope   = std::fabs(kPlane.dX) + std::fabs(kPlane.dY);
-        const double  dUnits   = 0.25 * iColumns + 0.5 * iRows + 8.0 + (0.25 * iRows + 72.0) * dSlope;
+        const double  dUnits   = 0.25 * iColumns + 0.25 * iRows + 8.0 + (0.25 * iRows + 72.0) * dSlope;
         const double  dMargin  = std::min(dUnits * UNIT, dLength / 4);
         const double  dScale   = (dLength - 2 * dMargin - UNIT) / static_cast<double>(uiLength);
         m_bHasSteps            = dSlope * dScale < MAX_STEP;
         m_iRight               = m_bHasSteps ? ToFixed(kPlane.dX * dScale) : 0;
         m_iDown                = m_bHasSteps ? ToFixed(kPlane.dY * dScale) : 0;
-        m_iStart = ToFixed(static_cast<double>(uiSrc) + dMargin + kPlane.At(Centre(iX), Centre(iY)) * dScale) -
-                   m_iRight * iX - m_iDown * iY;
+        m_iX                   = kArea.iLeft + iColumns / 2;
+        m_iY                   = kArea.iTop + iRows / 2;
+        m_iMiddle = ToFixed(static_cast<double>(uiSrc) + dMargin + kPlane.At(Centre(m_iX), Centre(m_iY)) * dScale);
     }
 
     //! Whether 16.16 can hold the steps.
@@ -298,17 +298,19 @@ public:
     Tov_Fixed StepRight() const { return static_cast<Tov_Fixed>(m_iRight); }
     Tov_Fixed StepDown() const { return static_cast<Tov_Fixed>(m_iDown); }
 
-    //! At a column in 16.16, where a whole number is the centre of its pixel.
+    //! At a column in 16.16, where a whole number is the centre of its pixel. Exact, with 32 binary places.
     std::int64_t At(std::int64_t fxColumn, Tov_Int iRow) const
     {
-        return m_iStart + m_iDown * iRow + ((m_iRight * fxColumn) >> 16);
+        return (m_iMiddle + m_iDown * (iRow - m_iY)) * 65536 + m_iRight * (fxColumn - m_iX * std::int64_t{65536});
     }
 
 private:
     static constexpr double MAX_STEP = 16384.0;
 
     Tov_Bool     m_bHasSteps;
-    std::int64_t m_iStart;
+    Tov_Int      m_iX;  // the middle of the area, from which rounding errors of the steps grow
+    Tov_Int      m_iY;
+    std::int64_t m_iMiddle;
     std::int64_t m_iRight;
     std::int64_t m_iDown;
 };
@@ -330,10 +332,9 @@ public:
     }
 
     std::int64_t At(Tov_Int iRow) const { return m_iStart + m_iStep * (iRow - m_iTop); }
-    Tov_Fixed    Value(Tov_Int iRow) const { return Tov_LowWord(At(iRow)); }
 
     //! The step on a piece of these rows. On a single one it may be more than 16.16 can hold, and is not needed.
-    Tov_Fixed Step(Tov_Int iFirst, Tov_Int iLast) const { return iFirst == iLast ? 0 : Tov_LowWord(m_iStep); }
+    std::int64_t Step(Tov_Int iFirst, Tov_Int iLast) const { return iFirst == iLast ? 0 : m_iStep; }
 
 private:
     Tov_Int      m_iTop;
@@ -345,16 +346,24 @@ private:
 struct Line
 {
     RowRamp kX;
-    RowRamp kV;
+    RowRamp kV;  // these two with 32 binary places
     RowRamp kU;
 
     Tov_Int Column(Tov_Int iRow) const { return static_cast<Tov_Int>(kX.At(iRow) >> 16); }
 
     void AddTo(Result& kResult, Tov_Int iFirst, Tov_Int iLast) const
     {
-        kResult.AddLeft({iFirst, kX.Step(iFirst, iLast), kX.Value(iFirst), kV.Value(iFirst), kU.Value(iFirst),
-                         kV.Step(iFirst, iLast), kU.Step(iFirst, iLast)});
+        const std::int64_t iV     = kV.At(iFirst);
+        const std::int64_t iU     = kU.At(iFirst);
+        const std::int64_t iStepV = kV.Step(iFirst, iLast);
+        const std::int64_t iStepU = kU.Step(iFirst, iLast);
+        kResult.AddLeft({iFirst, Tov_LowWord(kX.Step(iFirst, iLast)), Tov_LowWord(kX.At(iFirst)), Upper(iV), Upper(iU),
+                         Upper(iStepV), Upper(iStepU), Lower(iV), Lower(iU), Lower(iStepV), Lower(iStepU)});
     }
+
+private:
+    static Tov_Fixed  Upper(std::int64_t iFine) { return Tov_LowWord(iFine >> 16); }
+    static Tov_UShort Lower(std::int64_t iFine) { return static_cast<Tov_UShort>(iFine & 0xFFFF); }
 };
 
 //! The line with x as kX says, sampled along the columns kSample(row), which may lie right of it; both in 16.16.
@@ -448,7 +457,7 @@ Tov_Bool CalcThin(const Quad& kQuad, const Lattice& kV, const Lattice& kU, const
               {
                   const RowRamp& kX = akPart[iPart].kX;
                   akPart[iPart].AddTo(kResult, iFirst, iLast);
-                  kResult.AddRight({iFirst, kX.Step(iFirst, iLast), kX.Value(iFirst) + 65536});
+                  kResult.AddRight({iFirst, Tov_LowWord(kX.Step(iFirst, iLast)), Tov_LowWord(kX.At(iFirst) + 65536)});
               });
     kResult.iEndRow = iEnd;
     return true;
@@ -508,15 +517,16 @@ Tov_Bool CalcWide(const Quad& kQuad, const Lattice& kV, const Lattice& kU, const
                       akLeft[iKind].AddTo(kResult, iFirst, iLast);
                       return;
                   }
-                  kResult.AddLeft({iFirst, 0, fxBorder, Tov_LowWord(kV.At(fxBorder, iFirst)),
-                                   Tov_LowWord(kU.At(fxBorder, iFirst)), kV.StepDown(), kU.StepDown()});
+                  kResult.AddLeft({iFirst, 0, fxBorder, Tov_LowWord(kV.At(fxBorder, iFirst) >> 16),
+                                   Tov_LowWord(kU.At(fxBorder, iFirst) >> 16), kV.StepDown(), kU.StepDown()});
               });
     ForPieces(iTop, iEnd, kRightKind,
               [&](int iKind, Tov_Int iFirst, Tov_Int iLast)
               {
-                  kResult.AddRight(iKind == BORDER ? Kanvo_RotBlitEdgeRight{iFirst, 0, kClip.iRightEnd * 65536}
-                                                   : Kanvo_RotBlitEdgeRight{iFirst, akRight[iKind].Step(iFirst, iLast),
-                                                                            akRight[iKind].Value(iFirst)});
+                  kResult.AddRight(iKind == BORDER
+                                       ? Kanvo_RotBlitEdgeRight{iFirst, 0, kClip.iRightEnd * 65536}
+                                       : Kanvo_RotBlitEdgeRight{iFirst, Tov_LowWord(akRight[iKind].Step(iFirst, iLast)),
+                                                                Tov_LowWord(akRight[iKind].At(iFirst))});
               });
     kResult.iEndRow = iEnd;
     return true;

@@ -13,6 +13,7 @@
 #define KANVO_ROTBLITPARAM_H
 
 #include "Kanvo_Bitmap.h"
+#include "Tov_Math.h"
 #include "Tov_Types.h"
 
 //! One edge of the left side. Source coordinates are those of the source bitmap: v is the column, u the row.
@@ -25,6 +26,28 @@ struct Kanvo_RotBlitEdgeLeft
     Tov_Fixed u;   //!< source row on row y1
     Tov_Fixed dv;  //!< change of v per row
     Tov_Fixed du;  //!< change of u per row
+
+    // 16 more binary places of each, so that a slanted side does not leave, row by row, what other rows start on.
+    Tov_UShort usFineV  = 0;
+    Tov_UShort usFineU  = 0;
+    Tov_UShort usFineDV = 0;
+    Tov_UShort usFineDU = 0;
+
+    //! All values one row further down.
+    void NextRow()
+    {
+        sx = Tov_FixAdd(sx, dx);
+        Add(v, usFineV, dv, usFineDV);
+        Add(u, usFineU, du, usFineDU);
+    }
+
+private:
+    static void Add(Tov_Fixed& fxValue, Tov_UShort& usFine, Tov_Fixed fxStep, Tov_UShort usFineStep)
+    {
+        const Tov_UInt uiFine = static_cast<Tov_UInt>(usFine) + usFineStep;
+        fxValue               = Tov_FixAdd(Tov_FixAdd(fxValue, fxStep), static_cast<Tov_Fixed>(uiFine >> 16));
+        usFine                = static_cast<Tov_UShort>(uiFine & 0xFFFF);
+    }
 };
 
 //! One edge of the right side, which carries no source coordinates.
@@ -48,7 +71,7 @@ public:
     //!
     //! The clip rectangle chooses from what is drawn on the whole bitmap: a pixel is drawn with any clip rectangle that
     //! holds it or with none. It is sampled at the same position, but where the clip rectangle cuts a side off on the left:
-    //! there the position may differ by a quarter of a unit of 16.16 for each row of that side.
+    //! there the position may differ by up to two units of 16.16.
     static Tov_Bool RotBlitCalc(const Kanvo_Bitmap* pkDest, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UInt uiSrcX,
                                 Tov_UInt uiSrcY, Tov_Value vDstX, Tov_Value vDstY, Tov_Value vAngle, Tov_Flag ulFlags,
                                 Tov_Value vStretchX, Tov_Value vStretchY, Tov_Value vRotPosX, Tov_Value vRotPosY,
