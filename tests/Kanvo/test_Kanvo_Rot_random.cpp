@@ -4,16 +4,13 @@
 // alone (Dice.h).
 #include <cmath>
 #include <limits>
-#include <map>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "AssertCapture.h"
-#include "CrashNote.h"
-#include "DrawSpies.h"
-#include "RandomPictures.h"
+#include "BlitStage.h"
+#include "RandomCalls.h"
 #include "Reference_Rot.h"
 #include "RotEdges.h"
 #include "StretchSpies.h"
@@ -24,7 +21,9 @@ namespace
 using reference::Format;
 using support::Dice;
 using support::Known;
-using support::PictureArea;
+using support::NOT_A_MAP;
+using support::NOT_LOCKED;
+using support::NOT_SUPPORTED;
 
 enum class Operation
 {
@@ -38,23 +37,10 @@ const char* NameOf(Operation operation)
     return operation == Operation::Rot ? "RotBlit" : operation == Operation::Color ? "RotBlitColor" : "RotBlitAlpha";
 }
 
-//! Everything that one random call is made of.
-struct Case
+struct Case : support::RandomCall
 {
-    std::uint64_t                  seed;
-    Operation                      operation;
-    PictureArea                    source;  // or the map of RotBlitColor
-    PictureArea                    map;
-    PictureArea                    target;
-    bool                           self;       // the target is its own source
-    bool                           sourceMap;  // the source is its own map
-    std::optional<reference::Clip> clip;
-    reference::RotWhere            where;
-    std::uint32_t                  flags;
-    int                            alpha;
-    std::uint32_t                  color;  // or colour key
-    unsigned                       renderState;
-    bool                           locked;
+    Operation           operation;
+    reference::RotWhere where;
 };
 
 // ---- throwing a case ------------------------------------------------------------------------------------------------
@@ -136,12 +122,6 @@ std::uint32_t ThrowPosition(Dice& dice, std::uint32_t size, std::uint32_t length
     return length < size ? dice.Below(size - length + 1) : 0;
 }
 
-Known ThrowOther(Dice& dice)
-{
-    const unsigned type = dice.Of<unsigned>({BM_UNKNWON, BM_RGB555, BM_ALPHA1, BM_QUANTITY, 255, 0x104});
-    return {Format::Other, type};
-}
-
 Known ThrowSourceFormat(Dice& dice, Operation operation)
 {
     using namespace support;
@@ -152,40 +132,20 @@ Known ThrowSourceFormat(Dice& dice, Operation operation)
         return dice.Of({KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_RGB32, KNOWN_RGB32, KNOWN_RGB32,
                         KNOWN_RGB32, KNOWN_RGB32, KNOWN_RGB32, KNOWN_A8, KNOWN_A8, KNOWN_A8, KNOWN_A8, KNOWN_ALPHA52,
                         KNOWN_RGB565, other});
-    case Operation::Color:
-        return dice.Of({KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_A8, KNOWN_A8, KNOWN_A8, KNOWN_A8, KNOWN_A8,
-                        KNOWN_A8, KNOWN_ALPHA52, KNOWN_RGB565, other});
+    case Operation::Color: return ThrowColorMapFormat(dice);
     case Operation::Alpha: break;
     }
     return dice.Of({KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_RGB565, KNOWN_RGB565, KNOWN_RGB565, KNOWN_A8,
                     KNOWN_A8, KNOWN_A8, KNOWN_RGB32, other});
 }
 
-Known ThrowMapFormat(Dice& dice)
-{
-    using namespace support;
-    const Known other = ThrowOther(dice);
-    return dice.Of({KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_ARGB32, KNOWN_A8, KNOWN_A8, KNOWN_A8, KNOWN_A8,
-                    KNOWN_ALPHA52, KNOWN_RGB32, other});
-}
-
 Case ThrowCase(std::uint64_t seed, Operation operation)
 {
     Dice dice(seed);
     Case thrown{};
-    thrown.seed        = seed;
-    thrown.operation   = operation;
-    thrown.source      = support::ThrowPicture(dice, ThrowSourceFormat(dice, operation));
-    const auto through = ThrowMapFormat(dice);
-    thrown.map         = dice.OneIn(2) ? support::ThrowPicture(dice, through)
-                                       : support::ThrowPicture(dice, through, thrown.source.width, thrown.source.height);
-    thrown.target      = support::ThrowPicture(dice, support::KNOWN_ARGB32);
-    const bool isWords = thrown.source.known.format == Format::Argb32;
-    thrown.self        = isWords && dice.OneIn(8);
-    if (thrown.self) thrown.source = thrown.target;
-    thrown.sourceMap = dice.OneIn(10);
-    if (thrown.sourceMap) thrown.map = thrown.source;
-    thrown.clip    = support::ThrowAnyClip(dice, thrown.target);
+    thrown.seed      = seed;
+    thrown.operation = operation;
+    ThrowPictures(dice, thrown, ThrowSourceFormat(dice, operation));
     auto& where    = thrown.where;
     where.width    = ThrowSize(dice, thrown.source.width);
     where.height   = ThrowSize(dice, thrown.source.height);
@@ -203,6 +163,7 @@ Case ThrowCase(std::uint64_t seed, Operation operation)
     if (dice.OneIn(3)) thrown.flags |= BLIT_COLORKEY;
     if (dice.OneIn(16)) thrown.flags |= dice.Of<std::uint32_t>({BLIT_NOCLIP, BLIT_ASPECT, 0x2, 0x80000000});
     thrown.alpha = support::ThrowAlpha(dice);
+    thrown.keyed = operation == Operation::Rot && (thrown.flags & BLIT_COLORKEY) != 0;
     thrown.color =
         operation == Operation::Rot ? support::ThrowKey(dice, thrown.source.known.format) : dice.NextHostileWord();
     thrown.renderState = dice.Of<unsigned>({OB_NONE, OB_NEON});
@@ -213,79 +174,49 @@ Case ThrowCase(std::uint64_t seed, Operation operation)
 std::string Described(const Case& thrown)
 {
     const auto& where = thrown.where;
-    char        text[900];
+    char        text[300];
     std::snprintf(
         text, sizeof text,
-        "seed %llu: %s %ux%u at (%u, %u) to (%.9g, %.9g), angle %.9g, stretch %.9g %.9g, centre (%.9g, %.9g), "
-        "flags %X, alpha %d, %s %08X, OPTIMIZED_BLIT %u%s%s%s; source %s; map %s; target %s, ",
+        "seed %llu: %s %ux%u at (%u, %u) to (%.9g, %.9g), angle %.9g, stretch %.9g %.9g, centre (%.9g, %.9g), ",
         static_cast<unsigned long long>(thrown.seed), NameOf(thrown.operation), where.width, where.height, where.srcX,
         where.srcY, static_cast<double>(where.dstX), static_cast<double>(where.dstY), static_cast<double>(where.angle),
         static_cast<double>(where.stretchX), static_cast<double>(where.stretchY), static_cast<double>(where.rotPosX),
-        static_cast<double>(where.rotPosY), thrown.flags, thrown.alpha,
-        thrown.operation == Operation::Rot ? "key" : "colour", thrown.color, thrown.renderState,
-        thrown.self ? ", onto itself" : "", thrown.sourceMap ? ", its own map" : "",
-        thrown.locked ? "" : ", not locked", support::Described(thrown.source).c_str(),
-        support::Described(thrown.map).c_str(), support::Described(thrown.target).c_str());
-    return text + support::Described(thrown.clip) + ": ";
+        static_cast<double>(where.rotPosY));
+    return text + DescribedCall(thrown);
 }
 
 // ---- running a case -------------------------------------------------------------------------------------------------
 
-class RandomTurns
+//! Work is told apart by the source's format.
+class RandomTurns : public support::RandomCalls<RandomTurns, Format>
 {
 public:
-    RandomTurns() { m_screens[OB_NEON].GetRenderState().Set(OPTIMIZED_BLIT, OB_NEON); }
-
-    //! An empty text, or what is wrong.
-    std::string Run(const Case& thrown)
+    std::string WrongBefore(const Case& thrown, const Kanvo_Bitmap& target, reference::Target& onto,
+                            const reference::Picture& source, const reference::Picture* map)
     {
-        Prepare(thrown);
-        const std::string failure = RunOn(thrown);
-        return failure.empty() ? failure : Described(thrown) + failure;
-    }
-
-    //! How many calls had something to draw by format of source, how often a message was due, how many pixels were drawn.
-    struct Seen
-    {
-        std::map<Format, std::uint64_t>      drawn;
-        std::map<std::string, std::uint64_t> messages;
-        std::uint64_t                        pixels = 0;
-    };
-    const Seen& WhatWasSeen() const { return m_seen; }
-
-private:
-    void Prepare(const Case& thrown)
-    {
-        Dice           dice(thrown.seed ^ 0x5EED);
-        const bool     keyed = thrown.operation == Operation::Rot && (thrown.flags & BLIT_COLORKEY) != 0;
-        const auto     key   = keyed ? std::optional<std::uint32_t>(thrown.color) : std::nullopt;
-        const unsigned oneIn = dice.Of({1U, 3U, 30U});
-        m_targetPixels       = thrown.target.In(m_targetArena, thrown.target.PixelBytes());
-        m_sourcePixels = thrown.self ? m_targetPixels : thrown.source.In(m_sourceArena, thrown.source.PixelBytes());
-        m_mapPixels    = thrown.sourceMap ? m_sourcePixels : thrown.map.In(m_mapArena, thrown.map.PixelBytes());
-        FillPicture(dice, m_targetPixels, thrown.target);
-        if (!thrown.self) FillPicture(dice, m_sourcePixels, thrown.source, key, oneIn);
-        if (!thrown.sourceMap) FillPicture(dice, m_mapPixels, thrown.map);
-        m_expected.assign(m_targetPixels, m_targetPixels + thrown.target.Count());
-        m_sourceBefore.assign(m_sourcePixels, m_sourcePixels + thrown.source.Count());
-        m_mapBefore.assign(m_mapPixels, m_mapPixels + thrown.map.Count());
+        onto.clip      = support::ClipOf(target);
+        const auto cut = CutToSource(thrown.where, source, thrown.operation == Operation::Alpha ? *map : source);
+        m_edges        = support::EdgesOf(target, cut, thrown.flags);
+        return m_edges ? support::WrongEdges(*m_edges, ScanRot(*m_edges, onto.clip), onto.clip, cut,
+                                             (thrown.flags & BLIT_BILINEAR) != 0)
+                       : std::string();
     }
 
     reference::RotOutcome Expect(const Case& thrown, const reference::Target& target, const reference::Picture& source,
-                                 const reference::Picture& map, const std::optional<reference::RotGeometry>& geometry)
+                                 const reference::Picture* map)
     {
         switch (thrown.operation)
         {
         case Operation::Rot:
-            return reference::RotBlit(target, source, geometry, thrown.flags, thrown.alpha, thrown.color);
+            return reference::RotBlit(target, source, m_edges, thrown.flags, thrown.alpha, thrown.color);
         case Operation::Color:
-            return reference::RotBlitColor(target, source, geometry, thrown.color, thrown.flags, thrown.alpha);
+            return reference::RotBlitColor(target, source, m_edges, thrown.color, thrown.flags, thrown.alpha);
         case Operation::Alpha: break;
         }
-        return reference::RotBlitAlpha(target, source, map, geometry, thrown.flags, thrown.alpha);
+        return reference::RotBlitAlpha(target, source, *map, m_edges, thrown.flags, thrown.alpha);
     }
 
-    void Call(const Case& thrown, Kanvo_Bitmap& target, Kanvo_Bitmap* source, Kanvo_Bitmap* map)
+    static void Call(const Case& thrown, Kanvo_Bitmap& target, Kanvo_Bitmap* source, Kanvo_Bitmap* map)
     {
         const auto& at    = thrown.where;
         const auto  alpha = static_cast<Tov_UByte>(thrown.alpha);
@@ -306,133 +237,31 @@ private:
         }
     }
 
-    std::string RunOn(const Case& thrown)
+    static Format        WorkOf(const Case& thrown, const reference::RotOutcome&) { return thrown.source.known.format; }
+    static std::uint64_t PixelsOf(const reference::RotOutcome& outcome)
     {
-        Kanvo_Screen* const    screen = &m_screens[thrown.renderState];
-        const PictureArea&     area   = thrown.target;
-        support::PitchedTarget target(screen, area.width, area.height, m_targetPixels, area.pitch);
-        if (thrown.clip)
-        {
-            target.SetCliprect(static_cast<Tov_UInt>(thrown.clip->minX), static_cast<Tov_UInt>(thrown.clip->minY),
-                               static_cast<Tov_UInt>(thrown.clip->maxX), static_cast<Tov_UInt>(thrown.clip->maxY));
-        }
-        if (thrown.locked) target.Lock();
-        support::AnyBitmap  otherSource(screen, thrown.source, m_sourcePixels);
-        support::AnyBitmap  otherMap(screen, thrown.map, m_mapPixels);
-        Kanvo_Bitmap* const source = thrown.self ? &target : otherSource.Get();
-        Kanvo_Bitmap* const map    = thrown.sourceMap ? source : otherMap.Get();
-
-        reference::Target onto;
-        onto.picture       = area.Over(m_expected.data());
-        onto.clip          = support::ClipOf(target);
-        onto.locked        = thrown.locked;
-        const auto from    = thrown.self ? onto.picture : thrown.source.Over(m_sourcePixels);
-        const auto through = thrown.sourceMap ? from : thrown.map.Over(m_mapPixels);
-        const auto cut     = CutToSource(thrown.where, from, thrown.operation == Operation::Alpha ? through : from);
-        const auto edges   = support::EdgesOf(target, cut, thrown.flags);
-        if (edges)
-        {
-            const auto wrong = support::WrongEdges(*edges, ScanRot(*edges, onto.clip), onto.clip, cut,
-                                                   (thrown.flags & BLIT_BILINEAR) != 0);
-            if (!wrong.empty()) return wrong;
-        }
-        const auto outcome = Expect(thrown, onto, from, through, edges);
-        m_seen.pixels += static_cast<std::uint64_t>(outcome.pixels);
-        if (outcome.pixels > 0) ++m_seen.drawn[from.format];
-        for (const std::string& message : outcome.messages) ++m_seen.messages[message];
-
-        m_asserts.Clear();
-        m_loops.Clear();
-        m_fills.Clear();
-        m_counters.Clear();
-        m_targetObject.Take(target);
-        otherSource.TakeInto(m_sourceObject);
-        otherMap.TakeInto(m_mapObject);
-        m_screenObject.Take(*screen);
-        {
-            support::ForbiddenPadding sourcePadding(thrown.source, m_sourcePixels);
-            support::ForbiddenPadding mapPadding(thrown.map, m_mapPixels);
-            Call(thrown, target, source, map);
-        }
-        return Compare(thrown, outcome);
+        return static_cast<std::uint64_t>(outcome.pixels);
     }
 
-    std::string Compare(const Case& thrown, const reference::RotOutcome& outcome)
+    std::string WrongCalls(const Case&, const Kanvo_Bitmap&, const reference::RotOutcome&) const
     {
-        if (std::memcmp(m_expected.data(), m_targetPixels, m_expected.size()) != 0)
-        {
-            return FirstDifference(m_expected.data(), m_targetPixels, thrown.target);
-        }
-        if (m_asserts.Count() != outcome.messages.size() || m_asserts.Texts() != outcome.messages)
-        {
-            return "messages: expected " + testing::PrintToString(outcome.messages) + ", got " +
-                   testing::PrintToString(m_asserts.Texts());
-        }
-        if (!m_loops.Calls().empty() || !m_fills.Calls().empty()) return "a loop ran";
-        if (!m_counters.Events().empty()) return "a counter ran";
-        if (!thrown.self && std::memcmp(m_sourceBefore.data(), m_sourcePixels, m_sourceBefore.size()) != 0)
-        {
-            return "the source's pixels changed";
-        }
-        if (!(thrown.self && thrown.sourceMap) && std::memcmp(m_mapBefore.data(), m_mapPixels, m_mapBefore.size()) != 0)
-        {
-            return "the map's pixels changed";
-        }
-        if (!m_targetObject.IsUnchanged()) return "the target object changed";
-        if (!m_sourceObject.IsUnchanged()) return "the source object changed";
-        if (!m_mapObject.IsUnchanged()) return "the map object changed";
-        if (!m_screenObject.IsUnchanged()) return "the screen or its render state changed";
-        return {};
+        if (!m_stretches.Calls().empty() || !m_loops.Calls().empty()) return "a loop ran";
+        return m_counters.Events().empty() ? "" : "a counter ran";
     }
 
-    Seen                      m_seen;
-    Kanvo                     m_library;
-    Kanvo_Screen              m_screens[2] = {Kanvo_Screen(&m_library), Kanvo_Screen(&m_library)};
-    support::Fence            m_sourceArena{support::ARENA_BYTES};
-    support::Fence            m_mapArena{support::ARENA_BYTES};
-    support::Fence            m_targetArena{support::ARENA_BYTES};
-    std::uint8_t*             m_sourcePixels = nullptr;
-    std::uint8_t*             m_mapPixels    = nullptr;
-    std::uint8_t*             m_targetPixels = nullptr;
-    std::vector<std::uint8_t> m_expected;
-    std::vector<std::uint8_t> m_sourceBefore;
-    std::vector<std::uint8_t> m_mapBefore;
-    support::Snapshot         m_targetObject;
-    support::Snapshot         m_sourceObject;
-    support::Snapshot         m_mapObject;
-    support::Snapshot         m_screenObject;
-    support::AssertCapture    m_asserts;
-    support::LoopSpies        m_fills;
-    support::StretchSpies     m_loops;
-    support::PerfSpies        m_counters;
+    void ClearSpies() { m_stretches.Clear(); }
+
+private:
+    std::optional<reference::RotGeometry> m_edges;
+    support::StretchSpies                 m_stretches;
 };
 
-//! Also expects each of the formats and messages now and then, that the test may not run idle.
 void RunAll(Operation operation, std::uint64_t cases, const std::vector<Format>& formats,
             const std::vector<std::string>& messages)
 {
-    const support::Seeds seeds(cases);
-    support::CrashNote   note(NameOf(operation));
-    RandomTurns          turns;
-    int                  failures = 0;
-    for (std::uint64_t index = 0; index < seeds.count && failures < 3; ++index)
-    {
-        note.InCase(seeds.first + index);
-        const std::string failure = turns.Run(ThrowCase(seeds.first + index, operation));
-        if (failure.empty()) continue;
-        ++failures;
-        ADD_FAILURE() << failure;
-    }
-    if (failures > 0 || seeds.count < 10000) return;
-    RandomTurns::Seen seen = turns.WhatWasSeen();
-    for (const Format format : formats) EXPECT_GT(seen.drawn[format], seeds.count / 20) << support::NameOf(format);
-    for (const std::string& message : messages) EXPECT_GT(seen.messages[message], seeds.count / 200) << message;
-    EXPECT_GT(seen.pixels, seeds.count * 10);
+    support::RunCases<RandomTurns, Format>(NameOf(operation), cases, {formats, 20, messages, 200},
+                                           [=](std::uint64_t seed) { return ThrowCase(seed, operation); });
 }
-
-constexpr const char* NOT_LOCKED    = "bitmap not locked";
-constexpr const char* NOT_SUPPORTED = "blit not supported";
-constexpr const char* NOT_A_MAP     = "alpha bitmap is not the right type";
 
 }  // namespace
 

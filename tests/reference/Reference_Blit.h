@@ -94,10 +94,11 @@ const char* NameOf(Worker worker);
 bool        IsLoop(Worker worker);
 
 //! What a call is expected to do besides changing the target's pixels.
-struct Outcome
+template <class Who>
+struct OutcomeOf
 {
     std::vector<std::string> messages;
-    Worker                   worker = Worker::Nobody;
+    Who                      worker = Who::Nobody;
     // what is left to be drawn after clipping; meaningless for Nobody
     std::int64_t width  = 0;
     std::int64_t height = 0;
@@ -105,7 +106,11 @@ struct Outcome
     std::int64_t srcY   = 0;
     std::int64_t dstX   = 0;
     std::int64_t dstY   = 0;
+
+    std::uint64_t Pixels() const { return worker == Who::Nobody ? 0 : static_cast<std::uint64_t>(width * height); }
 };
+
+using Outcome = OutcomeOf<Worker>;
 
 //! Where a call wants to draw, as the caller says it.
 struct Where

@@ -37,18 +37,7 @@ bool        IsLoop(MapWorker worker);
 bool ReadsMap(MapWorker worker);
 
 //! What a call is expected to do besides changing the target's pixels.
-struct MapOutcome
-{
-    std::vector<std::string> messages;
-    MapWorker                worker = MapWorker::Nobody;
-    // what is left to be drawn after clipping; meaningless for Nobody
-    std::int64_t width  = 0;
-    std::int64_t height = 0;
-    std::int64_t srcX   = 0;
-    std::int64_t srcY   = 0;
-    std::int64_t dstX   = 0;
-    std::int64_t dstY   = 0;
-};
+using MapOutcome = OutcomeOf<MapWorker>;
 
 //! Draws into target.picture.bytes. map: null for a call without one. Source and map may be the target itself.
 MapOutcome BlitAlpha(const Target& target, const Picture& source, const Picture* map, const Where& where,

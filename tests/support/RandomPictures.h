@@ -1,4 +1,4 @@
-// RandomPictures: what random tests of scaled and rotated blits are made of beyond RandomAreas.h: areas that know their
+// RandomPictures: what random tests of blits are made of beyond RandomAreas.h: areas that know their
 // format, bitmaps of every format over them, opacities and colour keys, and padding that is forbidden under the address
 // sanitizer.
 #ifndef RANDOMPICTURES_H
@@ -66,14 +66,26 @@ struct PictureArea : Area
     }
 };
 
-inline PictureArea ThrowPicture(Dice& dice, Known known, std::uint32_t width, std::uint32_t height)
+//! A picture in that area.
+inline PictureArea ThrowPictureIn(Dice& dice, Known known, const Area& where)
 {
     PictureArea area;
-    static_cast<Area&>(area) = ThrowAreaOf(dice, reference::BytesPerPixel(known.format), width, height);
+    static_cast<Area&>(area) = where;
     area.known               = known;
     area.realClass           = known.format < Format::Alpha5_2 && dice.OneIn(4);
     area.saysAlpha = area.realClass ? known.format == Format::Argb32 || known.format == Format::A8 : dice.OneIn(2);
     return area;
+}
+
+inline PictureArea ThrowPicture(Dice& dice, Known known, std::uint32_t width, std::uint32_t height)
+{
+    return ThrowPictureIn(dice, known, ThrowAreaOf(dice, reference::BytesPerPixel(known.format), width, height));
+}
+
+//! 1x1 to most x most pixels, some long rows.
+inline PictureArea ThrowPicture(Dice& dice, Known known, int most)
+{
+    return ThrowPictureIn(dice, known, ThrowArea(dice, reference::BytesPerPixel(known.format), most));
 }
 
 //! Most of them not all too small.
