@@ -8,15 +8,6 @@ namespace scenes
 namespace
 {
 
-struct Quality
-{
-    const char* name;
-    Tov_Flag    flags;
-};
-
-constexpr Quality Qualities[] = {
-    {"plain", Kanvo_LF_NONE}, {"ANTIALIAS", Kanvo_LF_ANTIALIAS}, {"HQ_AA", Kanvo_LF_HQ_AA}};
-
 constexpr Kanvo_ColorARGB32 Rainbow[] = {Rose, Amber, Teal, Sky};
 
 }  // namespace
@@ -28,9 +19,9 @@ void DotSizes(Kanvo_BitmapARGB32& target, const Input& /*input*/)
     Stage(target, "DrawDot: radius 0.3 to 32", "right: 4 x");
     for (Tov_Int row = 0; row < 3; ++row)
     {
-        const Quality& quality = Qualities[row];
-        const Tov_Int  top     = 20 + row * 73;
-        const auto     vTop    = static_cast<Tov_Value>(top);
+        const NamedFlags& quality = Qualities[row];
+        const Tov_Int     top     = 20 + row * 73;
+        const auto        vTop    = static_cast<Tov_Value>(top);
         Caption(target, 4, top, quality.name, Ink);
         Tov_Value x = 10.0F;
         for (Tov_UInt index = 0; index < 12; ++index)
@@ -60,9 +51,9 @@ void DotClips(Kanvo_BitmapARGB32& target, const Input& /*input*/)
     Stage(target, "DrawDot: radius 40, cut and translucent", "below: 4 x");
     for (Tov_Int column = 0; column < 3; ++column)
     {
-        const Quality& quality = Qualities[column];
-        const Tov_Int  left    = 4 + column * 132;
-        const Box      window  = {left + 14, 42, 100, 100};
+        const NamedFlags& quality = Qualities[column];
+        const Tov_Int     left    = 4 + column * 132;
+        const Box         window  = {left + 14, 42, 100, 100};
         Caption(target, left + 64, 22, quality.name, Ink, Align::Centre);
         Checkerboard(target, window, 10, 0xFF2A3644U, Panel);
         Outline(target, window, Amber);

@@ -174,6 +174,13 @@ void Magnify(Kanvo_BitmapARGB32& target, const Box& part, Tov_Int x, Tov_Int y, 
     }
 }
 
+void Look(Kanvo_BitmapARGB32& target, const Box& part, Tov_Int x, Tov_Int y, Tov_UInt factor)
+{
+    Magnify(target, part, x, y, factor);
+    Outline(target, {x, y, part.width * factor, part.height * factor}, Edge);
+    Outline(target, part, Amber);
+}
+
 void ShowAlpha(Kanvo_BitmapARGB32& target, const Kanvo_BitmapARGB32& from, const Box& part, Tov_Int x, Tov_Int y)
 {
     for (Tov_Int row = 0; row < static_cast<Tov_Int>(part.height); ++row)

@@ -83,6 +83,9 @@ Kanvo_PixelARGB32 PixelAt(const Kanvo_BitmapARGB32& bitmap, Tov_Int x, Tov_Int y
 //! Draws a part of the target again at (x, y), every pixel as a square of factor x factor. Shown opaque.
 void Magnify(Kanvo_BitmapARGB32& target, const Box& part, Tov_Int x, Tov_Int y, Tov_UInt factor);
 
+//! The same framed, and the part framed too.
+void Look(Kanvo_BitmapARGB32& target, const Box& part, Tov_Int x, Tov_Int y, Tov_UInt factor);
+
 //! Draws the alpha of a part of a bitmap, which may be the target, at (x, y) as levels of grey.
 void ShowAlpha(Kanvo_BitmapARGB32& target, const Kanvo_BitmapARGB32& from, const Box& part, Tov_Int x, Tov_Int y);
 
@@ -91,6 +94,17 @@ void Put(Kanvo_BitmapARGB32& target, Kanvo_Bitmap* source, const Box& part, Tov_
          Tov_UByte alpha = 255);
 void Paint(Kanvo_BitmapARGB32& target, Kanvo_Bitmap* map, const Box& part, Tov_Int x, Tov_Int y,
            Kanvo_ColorARGB32 colour, Tov_UByte alpha = 255);
+
+//! What is drawn once with each of several flags.
+struct NamedFlags
+{
+    const char* name;
+    Tov_Flag    flags;
+};
+
+//! Of lines and dots.
+constexpr NamedFlags Qualities[] = {
+    {"plain", Kanvo_LF_NONE}, {"ANTIALIAS", Kanvo_LF_ANTIALIAS}, {"HQ_AA", Kanvo_LF_HQ_AA}};
 
 //! The opacity that blends an ARGB32 picture as if at full strength: at 255 it would be copied.
 constexpr Tov_UByte Blended = 254;

@@ -9,15 +9,6 @@ namespace scenes
 namespace
 {
 
-struct Quality
-{
-    const char* name;
-    Tov_Flag    flags;
-};
-
-constexpr Quality Qualities[] = {
-    {"plain", Kanvo_LF_NONE}, {"ANTIALIAS", Kanvo_LF_ANTIALIAS}, {"HQ_AA", Kanvo_LF_HQ_AA}};
-
 //! The point at an angle and a distance from a centre.
 Kanvo_Vector2 Around(Tov_Value x, Tov_Value y, Tov_Value degrees, Tov_Value distance)
 {
@@ -56,8 +47,8 @@ void LineFans(Kanvo_BitmapARGB32& target, const Input& /*input*/)
     Stage(target, "DrawLine: 72 thin lines", "below: 4 x");
     for (Tov_Int column = 0; column < 3; ++column)
     {
-        const Quality& quality = Qualities[column];
-        const Tov_Int  left    = 4 + column * 132;
+        const NamedFlags& quality = Qualities[column];
+        const Tov_Int     left    = 4 + column * 132;
         Caption(target, left + 64, 22, quality.name, Ink, Align::Centre);
         Fan(target, static_cast<Tov_Value>(left) + 64.25F, 94.25F, 9.0F, 60.0F, 72, quality.flags, 1.0F, Ink);
         Magnify(target, {left + 92, 74, 32, 18}, left, 162, 4);
@@ -72,8 +63,8 @@ void LineWidths(Kanvo_BitmapARGB32& target, const Input& /*input*/)
     Stage(target, "DrawLine: widths 2, 3, 5, 12, tapered", "right: 4 x");
     for (Tov_Int row = 0; row < 3; ++row)
     {
-        const Quality& quality = Qualities[row];
-        const Tov_Int  top     = 19 + row * 74;
+        const NamedFlags& quality = Qualities[row];
+        const Tov_Int     top     = 19 + row * 74;
         Caption(target, 4, top + 32, quality.name, Ink);
         for (Tov_Int column = 0; column < 4; ++column)
         {
@@ -100,8 +91,8 @@ void LineCaps(Kanvo_BitmapARGB32& target, const Input& /*input*/)
     Stage(target, "DrawLine: caps, tapers, joints", "right: 4 x");
     for (Tov_Int row = 0; row < 3; ++row)
     {
-        const Quality& quality = Qualities[row];
-        const auto     top     = static_cast<Tov_Value>(20 + row * 73);
+        const NamedFlags& quality = Qualities[row];
+        const auto        top     = static_cast<Tov_Value>(20 + row * 73);
         Caption(target, 4, static_cast<Tov_Int>(top), quality.name, Ink);
         target.DrawLine({12, top + 22}, {60, top + 18}, Rose, quality.flags, 9, 0);
         target.DrawLine({12, top + 38}, {60, top + 34}, Amber, quality.flags | Kanvo_LF_ROUND_END, 9, 0);
@@ -133,9 +124,9 @@ void LinePatterns(Kanvo_BitmapARGB32& target, const Input& /*input*/)
     Stage(target, "DrawLine: patterns", "ADVANCE, RESCALE, flipped");
     for (Tov_Int row = 0; row < 3; ++row)
     {
-        const Quality& quality = Qualities[row];
-        const auto     top     = static_cast<Tov_Value>(20 + row * 73);
-        const Tov_Flag flags   = quality.flags | Kanvo_LF_PATTERN;
+        const NamedFlags& quality = Qualities[row];
+        const auto        top     = static_cast<Tov_Value>(20 + row * 73);
+        const Tov_Flag    flags   = quality.flags | Kanvo_LF_PATTERN;
         Caption(target, 4, static_cast<Tov_Int>(top), quality.name, Ink);
 
         // along a polyline, with and without going on
@@ -175,10 +166,10 @@ void LineClips(Kanvo_BitmapARGB32& target, const Input& /*input*/)
     Stage(target, "DrawLine: cut at every edge", "below: 4 x");
     for (Tov_Int column = 0; column < 3; ++column)
     {
-        const Quality& quality = Qualities[column];
-        const Tov_Int  left    = 4 + column * 132;
-        const Box      window  = {left + 26, 52, 76, 76};
-        const auto     x       = static_cast<Tov_Value>(left) + 64.3F;
+        const NamedFlags& quality = Qualities[column];
+        const Tov_Int     left    = 4 + column * 132;
+        const Box         window  = {left + 26, 52, 76, 76};
+        const auto        x       = static_cast<Tov_Value>(left) + 64.3F;
         Caption(target, left + 64, 22, quality.name, Ink, Align::Centre);
         Fan(target, x, 90.3F, 12.0F, 62.0F, 24, quality.flags, 1.0F, Edge);  // what would be there
         Fill(target, window, Panel);

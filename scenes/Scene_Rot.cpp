@@ -26,20 +26,7 @@ void Turn(Kanvo_BitmapARGB32& target, Kanvo_Bitmap* source, const Turned& from, 
                    from.pivotY, alpha, 0);
 }
 
-void Look(Kanvo_BitmapARGB32& target, const Box& part, Tov_Int x, Tov_Int y, Tov_UInt factor)
-{
-    Magnify(target, part, x, y, factor);
-    Outline(target, {x, y, part.width * factor, part.height * factor}, Edge);
-    Outline(target, part, Amber);
-}
-
-struct Filter
-{
-    const char* name;
-    Tov_Flag    flags;
-};
-
-constexpr Filter Filters[] = {{"nearest", 0}, {"BLIT_BILINEAR", BLIT_BILINEAR}};
+constexpr NamedFlags Filters[] = {{"nearest", 0}, {"BLIT_BILINEAR", BLIT_BILINEAR}};
 
 //! A needle that points up, with a transparent border around it: a filter needs something to fade into. It turns about
 //! the middle of its lower end.

@@ -16,21 +16,7 @@ void Scale(Kanvo_BitmapARGB32& target, Kanvo_Bitmap* source, const Box& part, co
                        to.width, to.height, to.x, to.y, flags, alpha, key);
 }
 
-//! Draws a part of the target again, framed, and frames the part.
-void Look(Kanvo_BitmapARGB32& target, const Box& part, Tov_Int x, Tov_Int y, Tov_UInt factor)
-{
-    Magnify(target, part, x, y, factor);
-    Outline(target, {x, y, part.width * factor, part.height * factor}, Edge);
-    Outline(target, part, Amber);
-}
-
-struct Filter
-{
-    const char* name;
-    Tov_Flag    flags;
-};
-
-constexpr Filter Filters[] = {{"nearest", 0}, {"filtered", BLIT_BILINEAR}};
+constexpr NamedFlags Filters[] = {{"nearest", 0}, {"filtered", BLIT_BILINEAR}};
 
 }  // namespace
 
@@ -53,8 +39,8 @@ void StretchScales(Kanvo_BitmapARGB32& target, const Input& input)
     Stage(target, "StretchBlit: one picture, four scales", "below each: 4 x");
     for (int row = 0; row < 2; ++row)
     {
-        const Filter& filter = Filters[row];
-        const Tov_Int y      = 30 + 108 * row;
+        const NamedFlags& filter = Filters[row];
+        const Tov_Int     y      = 30 + 108 * row;
         for (int column = 0; column < 4; ++column)
         {
             const Step&   step = Steps[column];

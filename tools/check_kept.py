@@ -14,8 +14,9 @@ The test must exist somewhere in tests/ (its own name, or Suite.Name), and docs/
 
 import re
 import sys
-import tempfile
 from pathlib import Path
+
+from self_test import self_test_cases
 
 TAG = re.compile(r"KEPT:\s*(?P<sentence>.*?)\.\s+Test:\s*(?P<test>[A-Za-z_][\w.]*?)\.(?=\s|$)")
 WORD = re.compile(r"\bKEPT\b(?!\.md)")
@@ -131,21 +132,7 @@ def self_test():
         ("a tag without test", {source: good[source] + "// KEPT: because.\n"}, "of the form"),
         ("a mention of the list is no tag", {source: good[source] + "// See docs/KEPT.md.\n"}, None),
     ]
-    failures = 0
-    for title, changes, expected in cases:
-        with tempfile.TemporaryDirectory() as folder:
-            root = Path(folder)
-            for name, text in {**good, **changes}.items():
-                if text is not None:
-                    (root / name).parent.mkdir(parents=True, exist_ok=True)
-                    (root / name).write_text(text, encoding="utf-8")
-            mistakes, _ = check(root)
-        right = not mistakes if expected is None else any(expected in m for m in mistakes)
-        if not right:
-            failures += 1
-            print(f"self-test: {title}: expected {expected or 'no mistake'}, got {mistakes}")
-    print(f"check_kept self-test: {len(cases) - failures} of {len(cases)} cases right")
-    return 1 if failures else 0
+    return self_test_cases("check_kept", check, good, cases)
 
 
 def main():

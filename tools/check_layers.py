@@ -11,8 +11,9 @@ row files may include each other as long as no circle arises.
 
 import re
 import sys
-import tempfile
 from pathlib import Path
+
+from self_test import self_test_cases
 
 # From the top down. A file may include its own row and everything below.
 ROWS = [
@@ -186,20 +187,7 @@ def self_test():
         ("ours in angle brackets", {flat + "Kanvo.h": "#include <Kanvo_Bitmap.h>\n"}, "goes in quotes"),
         ("two files of one name", {flat + "Kanvo_NEON/Kanvo.h": ""}, "same file name"),
     ]
-    failures = 0
-    for title, changes, expected in cases:
-        with tempfile.TemporaryDirectory() as folder:
-            root = Path(folder)
-            for name, text in {**good, **changes}.items():
-                (root / name).parent.mkdir(parents=True, exist_ok=True)
-                (root / name).write_text(text, encoding="utf-8")
-            mistakes, _ = check(root)
-        right = not mistakes if expected is None else any(expected in m for m in mistakes)
-        if not right:
-            failures += 1
-            print(f"self-test: {title}: expected {expected or 'no mistake'}, got {mistakes}")
-    print(f"check_layers self-test: {len(cases) - failures} of {len(cases)} cases right")
-    return 1 if failures else 0
+    return self_test_cases("check_layers", check, good, cases)
 
 
 def main():

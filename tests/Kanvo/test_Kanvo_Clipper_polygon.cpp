@@ -49,19 +49,6 @@ Parity ParityAt(const Outline& outline, double x, double y)
     return parity;
 }
 
-double AreaOf(const Outline& outline)
-{
-    double area = 0.0;
-    for (std::size_t at = 0; at < outline.size(); ++at)
-    {
-        const Corner& a = outline[at];
-        const Corner& b = outline[(at + 1) % outline.size()];
-        area +=
-            static_cast<double>(a.x) * static_cast<double>(b.y) - static_cast<double>(a.y) * static_cast<double>(b.x);
-    }
-    return area;
-}
-
 bool Same(const Outline& one, const Outline& other)
 {
     return one.size() == other.size() &&
@@ -94,7 +81,7 @@ TEST(ClipperPolygon, AnOutlineAllAroundBecomesTheRegion)
         EXPECT_TRUE(corner.x == 3.0F || corner.x == 21.0F - 0.0001F) << corner.x;
         EXPECT_TRUE(corner.y == 2.0F || corner.y == 17.0F - 0.0001F) << corner.y;
     }
-    EXPECT_NEAR(AreaOf(clipped), 2 * 18 * 15, 0.01);
+    EXPECT_NEAR(support::TwiceTheArea(clipped), 2 * 18 * 15, 0.01);
 }
 
 TEST(ClipperPolygon, WhatLiesOutsideIsGone)
@@ -105,12 +92,12 @@ TEST(ClipperPolygon, WhatLiesOutsideIsGone)
                                    Outline{{4, 17}, {9, 30}, {20, 16.99995F}}})
     {
         const Outline clipped = Clipped(outline);
-        double        area    = AreaOf(clipped);
+        double        area    = support::TwiceTheArea(clipped);
         EXPECT_NEAR(area, 0.0, 1e-3) << support::Described(clipped);
     }
     EXPECT_TRUE(Clipped({{-9, 3}, {2.9F, 5}, {-4, 9}}).empty());
     // beside a corner: no side is outside for all, and nothing is inside
-    EXPECT_NEAR(AreaOf(Clipped({{-10, 10}, {10, -10}, {-10, -10}})), 0.0, 1e-3);
+    EXPECT_NEAR(support::TwiceTheArea(Clipped({{-10, 10}, {10, -10}, {-10, -10}})), 0.0, 1e-3);
 }
 
 TEST(ClipperPolygon, TheUpperBoundsAreNotReachedHoweverCoarseSinglePrecisionIs)
@@ -184,8 +171,8 @@ TEST(ClipperPolygon, AConvexOutlineGetsAtMostFourCornersAndKeepsItsSense)
         Region();
         const Outline clipped = Clipped(outline);
         ASSERT_LE(clipped.size(), outline.size() + 4) << "seed " << seed;
-        const double before = AreaOf(outline);
-        const double after  = AreaOf(clipped);
+        const double before = support::TwiceTheArea(outline);
+        const double after  = support::TwiceTheArea(clipped);
         ASSERT_LE(std::fabs(after), std::fabs(before) + 1e-3) << "seed " << seed;
         if (std::fabs(after) > 0.01)
         {
@@ -261,7 +248,7 @@ TEST(ClipperPolygon, FiniteCoordinatesOfAnySizeAreClipped)
     for (const float far : {1e6F, 1e20F, LARGEST})
     {
         const Outline clipped = Clipped({{-far, -far}, {far, -far}, {far, far}, {-far, far}});
-        EXPECT_NEAR(AreaOf(clipped), 2 * 18 * 15, 0.01) << far;
+        EXPECT_NEAR(support::TwiceTheArea(clipped), 2 * 18 * 15, 0.01) << far;
         // the diagonal through the region's middle
         const Outline half = Clipped({{12 - far, 9.5F - far}, {12 + far, 9.5F + far}, {-far, far}});
         EXPECT_GT(half.size(), 2U) << far;

@@ -36,20 +36,6 @@ bool Same(const Outline& one, const Outline& other)
                       [](const Corner& a, const Corner& b) { return std::memcmp(&a, &b, sizeof a) == 0; });
 }
 
-//! Twice the area; positive clockwise on the screen.
-double AreaOf(const Outline& outline)
-{
-    double area = 0.0;
-    for (std::size_t at = 0; at < outline.size(); ++at)
-    {
-        const Corner& a = outline[at];
-        const Corner& b = outline[(at + 1) % outline.size()];
-        area +=
-            static_cast<double>(a.x) * static_cast<double>(b.y) - static_cast<double>(a.y) * static_cast<double>(b.x);
-    }
-    return area;
-}
-
 //! How far point lies outside the line from a to b of an outline that runs clockwise (turn 1) or the other way (-1).
 double Outside(const Corner& a, const Corner& b, const Corner& point, double turn)
 {
@@ -92,7 +78,7 @@ TEST(PolyExtrude, EveryCornerLiesHalfAPixelOutsideBothItsSidesUnlessItIsSharp)
         Dice          dice(seed);
         const Outline outline = dice.OneIn(2) ? support::ThrowConvex(dice, {400, 300, true})
                                               : support::ThrowConcave(dice, {400, 300, true});
-        const double  area    = AreaOf(outline);
+        const double  area    = support::TwiceTheArea(outline);
         if (std::fabs(area) < 1.0) continue;
         const double      turn  = area > 0.0 ? 1.0 : -1.0;
         const Outline     grown = Extruded(outline);
@@ -158,16 +144,16 @@ TEST(PolyExtrude, CornersThatCoincideMoveAlike)
 TEST(PolyExtrude, HintsDecideTheSideAndAreaWithoutThem)
 {
     const Outline clockwise = {{10, 10}, {20, 10}, {20, 20}, {10, 20}};
-    const double  area      = AreaOf(clockwise);
-    EXPECT_GT(AreaOf(Extruded(clockwise, POLY_HINT_CW)), area);
-    EXPECT_LT(AreaOf(Extruded(clockwise, POLY_HINT_CCW)), area);
-    EXPECT_GT(AreaOf(Extruded(clockwise, POLY_HINT_CW | POLY_HINT_CCW)), area);
+    const double  area      = support::TwiceTheArea(clockwise);
+    EXPECT_GT(support::TwiceTheArea(Extruded(clockwise, POLY_HINT_CW)), area);
+    EXPECT_LT(support::TwiceTheArea(Extruded(clockwise, POLY_HINT_CCW)), area);
+    EXPECT_GT(support::TwiceTheArea(Extruded(clockwise, POLY_HINT_CW | POLY_HINT_CCW)), area);
     EXPECT_TRUE(Same(Extruded(clockwise, 0xFFFFFFFFU & ~Tov_Flag{POLY_HINT_CCW}), Extruded(clockwise, POLY_HINT_CW)));
     Outline other = clockwise;
     std::reverse(other.begin(), other.end());
-    EXPECT_GT(-AreaOf(Extruded(other, POLY_HINT_CCW)), area);
-    EXPECT_LT(-AreaOf(Extruded(other, POLY_HINT_CW)), area);
-    EXPECT_GT(-AreaOf(Extruded(other)), area);
+    EXPECT_GT(-support::TwiceTheArea(Extruded(other, POLY_HINT_CCW)), area);
+    EXPECT_LT(-support::TwiceTheArea(Extruded(other, POLY_HINT_CW)), area);
+    EXPECT_GT(-support::TwiceTheArea(Extruded(other)), area);
 }
 
 TEST(PolyExtrude, OnlyXAndYAreRewritten)

@@ -236,6 +236,19 @@ Outline ThrowConcave(Dice& dice, const PolygonSpace& space)
     return AroundMiddle(dice, space, 0.15F);
 }
 
+double TwiceTheArea(const reference::Outline& outline)
+{
+    double area = 0.0;
+    for (std::size_t at = 0; at < outline.size(); ++at)
+    {
+        const reference::Corner& a = outline[at];
+        const reference::Corner& b = outline[(at + 1) % outline.size()];
+        area +=
+            static_cast<double>(a.x) * static_cast<double>(b.y) - static_cast<double>(a.y) * static_cast<double>(b.x);
+    }
+    return area;
+}
+
 std::string Described(const Outline& outline)
 {
     std::string text;

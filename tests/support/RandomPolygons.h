@@ -35,6 +35,9 @@ reference::Outline ThrowConvex(Dice& dice, const PolygonSpace& space);
 //! Corners in order of their angle at any distance from a middle inside the space: concave, not crossing itself.
 reference::Outline ThrowConcave(Dice& dice, const PolygonSpace& space);
 
+//! Of an outline that does not cross itself; positive clockwise on the screen.
+double TwiceTheArea(const reference::Outline& outline);
+
 //! "(1, 2) (3, 4) ...", with enough digits to have the same polygon again; the first hundred corners.
 std::string Described(const reference::Outline& outline);
 

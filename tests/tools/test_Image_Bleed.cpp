@@ -7,21 +7,14 @@
 #include <gtest/gtest.h>
 
 #include "Dice.h"
+#include "PictureOf.h"
 
 namespace
 {
 
 using image::Picture;
 using support::Dice;
-
-Picture Of(std::uint32_t width, std::vector<std::uint32_t> argb)
-{
-    Picture picture;
-    picture.width  = width;
-    picture.height = static_cast<std::uint32_t>(argb.size() / width);
-    picture.argb   = std::move(argb);
-    return picture;
-}
+using support::Of;
 
 Picture Bled(Picture picture, std::uint32_t texels)
 {

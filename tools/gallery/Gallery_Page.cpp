@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <sstream>
 
+#include "Html_Text.h"
+
 namespace gallery
 {
 namespace
@@ -32,24 +34,6 @@ constexpr const char* Style = R"(
   .good { color: var(--good); } .noted { color: var(--noted); } .bad { color: var(--bad); }
 )";
 
-//! Names of scenes are plain; this keeps it so for whatever comes.
-std::string Escaped(const std::string& text)
-{
-    std::string escaped;
-    for (const char character : text)
-    {
-        switch (character)
-        {
-        case '&': escaped += "&amp;"; break;
-        case '<': escaped += "&lt;"; break;
-        case '>': escaped += "&gt;"; break;
-        case '"': escaped += "&quot;"; break;
-        default: escaped += character;
-        }
-    }
-    return escaped;
-}
-
 std::string VerdictMark(const Result& result)
 {
     const char* kind = result.differing == 0 ? "good" : result.AsDocumented() ? "noted" : "bad";
@@ -60,8 +44,8 @@ void WriteRow(std::ostream& page, const Result& result)
 {
     const std::string one   = ChecksumText(result.portable.checksum);
     const std::string other = ChecksumText(result.optimised.checksum);
-    page << "    <tr><td><a href=\"#" << Escaped(result.name) << "\">" << Escaped(result.name) << "</a></td><td>"
-         << SizeText(*result.portable.bitmap) << "</td><td><code>" << one << "</code>"
+    page << "    <tr><td><a href=\"#" << HtmlEscaped(result.name) << "\">" << HtmlEscaped(result.name)
+         << "</a></td><td>" << SizeText(*result.portable.bitmap) << "</td><td><code>" << one << "</code>"
          << (one == other ? "" : " / <code>" + other + "</code>") << "</td><td class=\"number\">"
          << MillisecondsText(result.portable.milliseconds) << "</td><td class=\"number\">"
          << MillisecondsText(result.optimised.milliseconds) << "</td><td>" << VerdictMark(result) << "</td></tr>\n";
@@ -71,7 +55,7 @@ void WriteFigure(std::ostream& page, const std::string& file, const Rendering& r
                  int scale)
 {
     const auto zoom = static_cast<Tov_UInt>(scale);
-    page << "      <figure><a href=\"" << Escaped(file) << "\"><img src=\"" << Escaped(file) << "\" width=\""
+    page << "      <figure><a href=\"" << HtmlEscaped(file) << "\"><img src=\"" << HtmlEscaped(file) << "\" width=\""
          << rendering.bitmap->GetWidth() * zoom << "\" height=\"" << rendering.bitmap->GetHeight() * zoom << "\" alt=\""
          << setting << "\"></a>\n        <figcaption>" << setting << " &middot; CRC-32 <code>"
          << ChecksumText(rendering.checksum) << "</code> &middot; " << MillisecondsText(rendering.milliseconds)
@@ -80,8 +64,8 @@ void WriteFigure(std::ostream& page, const std::string& file, const Rendering& r
 
 void WriteSection(std::ostream& page, const Result& result, int scale)
 {
-    page << "  <section id=\"" << Escaped(result.name) << "\">\n    <h2>" << Escaped(result.name) << " "
-         << VerdictMark(result) << "</h2>\n    <p>" << Escaped(result.scene->about)
+    page << "  <section id=\"" << HtmlEscaped(result.name) << "\">\n    <h2>" << HtmlEscaped(result.name) << " "
+         << VerdictMark(result) << "</h2>\n    <p>" << HtmlEscaped(result.scene->about)
          << "</p>\n    <div class=\"pair\">\n";
     WriteFigure(page, PortableFile(result), result.portable, "portable", scale);
     WriteFigure(page, OptimisedFile(result), result.optimised, "optimised", scale);

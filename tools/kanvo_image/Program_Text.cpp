@@ -91,23 +91,6 @@ std::string Shortened(const std::string& text, std::size_t places)
     return text.substr(0, end);
 }
 
-std::string HtmlEscaped(std::string_view text)
-{
-    std::string escaped;
-    for (const char character : text)
-    {
-        switch (character)
-        {
-        case '&': escaped += "&amp;"; break;
-        case '<': escaped += "&lt;"; break;
-        case '>': escaped += "&gt;"; break;
-        case '"': escaped += "&quot;"; break;
-        default: escaped += character;
-        }
-    }
-    return escaped;
-}
-
 std::string CsvField(std::string_view text)
 {
     if (text.find_first_of(",\"") == std::string_view::npos)

@@ -36,7 +36,6 @@ std::string OneLine(std::string_view text);
 //! Cut so that it takes at most so many places on a terminal.
 std::string Shortened(const std::string& text, std::size_t places);
 
-std::string HtmlEscaped(std::string_view text);
 std::string CsvField(std::string_view text);
 std::string Base64(const std::vector<std::uint8_t>& bytes);
 

@@ -2,6 +2,7 @@
 #include "Report_Page.h"
 
 #include "Encoded_Text.h"
+#include "Html_Text.h"
 #include "Program_Text.h"
 
 namespace kanvo_image
