@@ -13,10 +13,10 @@
 #include <gtest/gtest.h>
 
 #include "BlitStage.h"
-#include "CountingLibrary.h"
 #include "DrawSpies.h"
 #include "Fence.h"
 #include "NaiveMix.h"
+#include "PoorBitmaps.h"
 
 namespace
 {
@@ -934,15 +934,8 @@ TEST(Blit, NullSourcesAreReportedOnceAndDrawNothing)
 
 TEST(Blit, SourcesWithoutPixelsAreReportedOnceAndDrawNothing)
 {
-    support::CountingLibrary library;
-    library.refuse = true;
-    Kanvo_Screen                     poor(&library);
-    support::AssertCapture           ofConstructors;
-    Kanvo_BitmapARGB32               argb32(&poor, 2, 2);
-    Kanvo_BitmapRGB32                rgb32(&poor, 2, 2);
-    Kanvo_BitmapRGB565               rgb565(&poor, 2, 2);
-    Kanvo_BitmapA8                   a8(&poor, 2, 2);
-    const std::vector<Kanvo_Bitmap*> sources{&argb32, &rgb32, &rgb565, &a8};
+    support::PoorBitmaps             poor(2);
+    const std::vector<Kanvo_Bitmap*> sources{&poor.argb32, &poor.rgb32, &poor.rgb565, &poor.a8};
     for (const unsigned optimized : BOTH_PATHS)
     {
         Stage stage(optimized, 2, 2, 0xFF123456);
@@ -967,15 +960,10 @@ TEST(Blit, ATargetWithoutPixelsReportsIt)
 {
     for (const unsigned optimized : BOTH_PATHS)
     {
-        support::CountingLibrary library;
-        library.refuse = true;
-        Kanvo_Screen poor(&library);
-        poor.GetRenderState().Set(OPTIMIZED_BLIT, optimized);
-        support::AssertCapture ofConstructor;
-        Kanvo_BitmapARGB32     target(&poor, 2, 2);
-        Words                  source(BM_ARGB32, 1, {0xFF123456});
-        Coverage               map(BM_ALPHA8, 1, {255});
-        target.Lock();
+        support::PoorBitmaps poor(2, optimized);
+        Kanvo_Bitmap&        target = poor.argb32;
+        Words                source(BM_ARGB32, 1, {0xFF123456});
+        Coverage             map(BM_ALPHA8, 1, {255});
         for (const Tov_Flag flags : {Tov_Flag{0}, KEY, NOCLIP})
         {
             EXPECT_EQ(MessagesOf([&] { target.Blit(&source.bitmap, 1, 1, 0, 0, 0, 0, flags, 255, 0); }),

@@ -8,10 +8,10 @@
 #include <gtest/gtest.h>
 
 #include "BlitStage.h"
-#include "CountingLibrary.h"
 #include "DrawSpies.h"
 #include "Fence.h"
 #include "NaiveMix.h"
+#include "PoorBitmaps.h"
 
 namespace
 {
@@ -442,13 +442,8 @@ TEST(FillRect, ATargetWithoutPixelsReportsIt)
 {
     for (const unsigned optimized : BOTH_PATHS)
     {
-        support::CountingLibrary library;
-        library.refuse = true;
-        Kanvo_Screen poor(&library);
-        poor.GetRenderState().Set(OPTIMIZED_BLIT, optimized);
-        support::AssertCapture ofConstructor;
-        Kanvo_BitmapARGB32     target(&poor, 2, 2);
-        target.Lock();
+        support::PoorBitmaps poor(2, optimized);
+        Kanvo_Bitmap&        target = poor.argb32;
         for (const Tov_Flag flags : {Tov_Flag{0}, KEY, NOCLIP})
         {
             EXPECT_EQ(MessagesOf([&] { target.FillRect(2, 2, 0, 0, 0xFFFFFFFF, flags); }), Messages{NO_BUFFER});

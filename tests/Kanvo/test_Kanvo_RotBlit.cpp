@@ -11,11 +11,11 @@
 #include <gtest/gtest.h>
 
 #include "BlitStage.h"
-#include "CountingLibrary.h"
 #include "DrawSpies.h"
 #include "Fence.h"
 #include "Kanvo_RotBlit.h"
 #include "NaiveMix.h"
+#include "PoorBitmaps.h"
 #include "Reference_Sample.h"
 #include "StoredImage.h"
 #include "StretchSpies.h"
@@ -36,6 +36,8 @@ using support::NO_BUFFER;
 using support::NOT_A_MAP;
 using support::NOT_LOCKED;
 using support::NOT_SUPPORTED;
+using support::BytesOf;
+using support::Same;
 using support::Stage;
 using support::Words;
 
@@ -74,34 +76,7 @@ void TurnAlpha(Kanvo_Bitmap& target, Kanvo_Bitmap& source, Kanvo_Bitmap& map, co
                         to.stretchX, to.stretchY, to.pivotX, to.pivotY, static_cast<Tov_UByte>(alpha));
 }
 
-std::vector<std::uint32_t> Same(std::size_t count, std::uint32_t word)
-{
-    return std::vector<std::uint32_t>(count, word);
-}
-
-std::size_t BytesOf(unsigned type)
-{
-    return type == BM_ARGB32 || type == BM_RGB32 ? 4 : type == BM_RGB565 ? 2 : 1;
-}
-
-//! 3x3 equal pixels of any type: whatever is sampled, filtered or not, it is that pixel.
-class Uniform
-{
-public:
-    Uniform(unsigned type, std::uint32_t value) : m_source(nullptr, type, 3, 3, m_pixels, 0, true)
-    {
-        for (std::size_t pixel = 0; pixel < 9; ++pixel)
-        {
-            std::memcpy(reinterpret_cast<std::uint8_t*>(m_pixels) + pixel * BytesOf(type), &value, BytesOf(type));
-        }
-    }
-
-    Kanvo_Bitmap& Bitmap() { return m_source; }
-
-private:
-    std::uint32_t      m_pixels[9] = {};
-    support::AnySource m_source;
-};
+using Uniform = support::UniformOf<3>;
 
 //! What it is sampled as.
 Sample SampleOf(unsigned type, std::uint32_t value, bool filtered)
@@ -787,31 +762,23 @@ TEST(RotBlit, NullSourcesAndMapsAreReportedAndDrawNothing)
 
 TEST(RotBlit, SourcesAndMapsWithoutPixelsAreReportedAndDrawNothing)
 {
-    Stage                    stage(OB_NONE, 3, 3, 0xFF112233);
-    support::CountingLibrary library;
-    library.refuse = true;
-    Kanvo_Screen           poor(&library);
-    support::AssertCapture asserts;  // of the constructors
-    Kanvo_BitmapARGB32     argb32(&poor, 3, 3);
-    Kanvo_BitmapRGB32      rgb32(&poor, 3, 3);
-    Kanvo_BitmapRGB565     rgb565(&poor, 3, 3);
-    Kanvo_BitmapA8         a8(&poor, 3, 3);
-    Uniform                full(BM_ARGB32, 0xFFFFFFFF);
-    for (Kanvo_Bitmap* const source :
-         {static_cast<Kanvo_Bitmap*>(&argb32), static_cast<Kanvo_Bitmap*>(&rgb32), static_cast<Kanvo_Bitmap*>(&a8)})
+    using Bitmaps = std::vector<Kanvo_Bitmap*>;
+    Stage                stage(OB_NONE, 3, 3, 0xFF112233);
+    support::PoorBitmaps poor(3);
+    Uniform              full(BM_ARGB32, 0xFFFFFFFF);
+    for (Kanvo_Bitmap* const source : Bitmaps{&poor.argb32, &poor.rgb32, &poor.a8})
     {
         for (const Tov_Flag flags : {Tov_Flag{0}, KEY, BILINEAR})
         {
             EXPECT_EQ(MessagesOf([&] { Turn(stage.target, *source, {}, flags); }), Messages{NO_BUFFER});
         }
     }
-    for (Kanvo_Bitmap* const map : {static_cast<Kanvo_Bitmap*>(&argb32), static_cast<Kanvo_Bitmap*>(&a8)})
+    for (Kanvo_Bitmap* const map : Bitmaps{&poor.argb32, &poor.a8})
     {
         EXPECT_EQ(MessagesOf([&] { TurnColor(stage.target, *map, {}, 7); }), Messages{NO_BUFFER});
         EXPECT_EQ(MessagesOf([&] { TurnAlpha(stage.target, full.Bitmap(), *map, {}); }), Messages{NO_BUFFER});
     }
-    for (Kanvo_Bitmap* const source :
-         {static_cast<Kanvo_Bitmap*>(&argb32), static_cast<Kanvo_Bitmap*>(&rgb565), static_cast<Kanvo_Bitmap*>(&a8)})
+    for (Kanvo_Bitmap* const source : Bitmaps{&poor.argb32, &poor.rgb565, &poor.a8})
     {
         EXPECT_EQ(MessagesOf([&] { TurnAlpha(stage.target, *source, full.Bitmap(), {}); }), Messages{NO_BUFFER});
     }
@@ -820,13 +787,9 @@ TEST(RotBlit, SourcesAndMapsWithoutPixelsAreReportedAndDrawNothing)
 
 TEST(RotBlit, ATargetWithoutPixelsReportsIt)
 {
-    support::CountingLibrary library;
-    library.refuse = true;
-    Kanvo_Screen           poor(&library);
-    support::AssertCapture asserts;
-    Kanvo_BitmapARGB32     target(&poor, 2, 2);
-    Uniform                source(BM_ARGB32, 0xFFFFFFFF);
-    target.Lock();
+    support::PoorBitmaps poor(2);
+    Kanvo_Bitmap&        target = poor.argb32;
+    Uniform              source(BM_ARGB32, 0xFFFFFFFF);
     EXPECT_EQ(MessagesOf([&] { Turn(target, source.Bitmap(), {}); }), Messages{NO_BUFFER});
     EXPECT_EQ(MessagesOf([&] { TurnColor(target, source.Bitmap(), {}, 7); }), Messages{NO_BUFFER});
     EXPECT_EQ(MessagesOf([&] { TurnAlpha(target, source.Bitmap(), source.Bitmap(), {}); }), Messages{NO_BUFFER});

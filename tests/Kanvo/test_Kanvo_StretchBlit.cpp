@@ -14,10 +14,10 @@
 #include <gtest/gtest.h>
 
 #include "BlitStage.h"
-#include "CountingLibrary.h"
 #include "DrawSpies.h"
 #include "Fence.h"
 #include "NaiveMix.h"
+#include "PoorBitmaps.h"
 #include "Reference_Sample.h"
 #include "Reference_Stretch.h"
 #include "StoredImage.h"
@@ -38,6 +38,7 @@ using support::NOT_A_MAP;
 using support::NOT_INSIDE;
 using support::NOT_LOCKED;
 using support::NOT_SUPPORTED;
+using support::Same;
 using support::Stage;
 using support::StageOf;
 using support::StretchCall;
@@ -82,11 +83,6 @@ void StretchColor(Kanvo_Bitmap& target, Kanvo_Bitmap& map, const To& to, Kanvo_C
 {
     target.StretchBlitColor(&map, map.GetWidth(), map.GetHeight(), 0, 0, to.width, to.height, to.x, to.y, color, flags,
                             static_cast<Tov_UByte>(alpha));
-}
-
-std::vector<std::uint32_t> Same(std::size_t count, std::uint32_t word)
-{
-    return std::vector<std::uint32_t>(count, word);
 }
 
 // ---- dispatch -------------------------------------------------------------------------------------------------------
@@ -1493,17 +1489,9 @@ TEST(StretchBlit, SourcesWithoutPixelsAreReportedAndDrawNothing)
 {
     for (const unsigned optimized : BOTH_PATHS)
     {
-        Stage                    stage(optimized, 2, 2, 0xFF112233);
-        support::CountingLibrary library;
-        library.refuse = true;
-        Kanvo_Screen           poor(&library);
-        support::AssertCapture asserts;  // of the constructors
-        Kanvo_BitmapARGB32     argb32(&poor, 2, 2);
-        Kanvo_BitmapRGB32      rgb32(&poor, 2, 2);
-        Kanvo_BitmapRGB565     rgb565(&poor, 2, 2);
-        Kanvo_BitmapA8         a8(&poor, 2, 2);
-        for (Kanvo_Bitmap* const source : {static_cast<Kanvo_Bitmap*>(&argb32), static_cast<Kanvo_Bitmap*>(&rgb32),
-                                           static_cast<Kanvo_Bitmap*>(&rgb565), static_cast<Kanvo_Bitmap*>(&a8)})
+        Stage                stage(optimized, 2, 2, 0xFF112233);
+        support::PoorBitmaps poor(2);
+        for (Kanvo_Bitmap* const source : std::vector<Kanvo_Bitmap*>{&poor.argb32, &poor.rgb32, &poor.rgb565, &poor.a8})
         {
             ASSERT_EQ(source->GetBuffer(), nullptr);
             for (const Tov_Flag flags : {Tov_Flag{0}, KEY, BILINEAR, NOCLIP})
@@ -1518,7 +1506,7 @@ TEST(StretchBlit, SourcesWithoutPixelsAreReportedAndDrawNothing)
                                                                    static_cast<Tov_UByte>(alpha), 0);
                                       }),
                                   Messages{NO_BUFFER});
-                        if (source != &argb32 && source != &a8) continue;
+                        if (source != &poor.argb32 && source != &poor.a8) continue;
                         EXPECT_EQ(MessagesOf(
                                       [&] {
                                           stage.target.StretchBlitColor(source, size, size, 0, 0, 2, 2, 0, 0, 7, flags,
@@ -1537,15 +1525,10 @@ TEST(StretchBlit, ATargetWithoutPixelsReportsIt)
 {
     for (const unsigned optimized : BOTH_PATHS)
     {
-        support::CountingLibrary library;
-        library.refuse = true;
-        Kanvo_Screen poor(&library);
-        poor.GetRenderState().Set(OPTIMIZED_BLIT, optimized);
-        support::AssertCapture asserts;
-        Kanvo_BitmapARGB32     target(&poor, 2, 2);
-        Words                  source(BM_ARGB32, 1, {0xFF123456});
-        Coverage               map(BM_ALPHA8, 1, {255});
-        target.Lock();
+        support::PoorBitmaps poor(2, optimized);
+        Kanvo_Bitmap&        target = poor.argb32;
+        Words                source(BM_ARGB32, 1, {0xFF123456});
+        Coverage             map(BM_ALPHA8, 1, {255});
         for (const Tov_Flag flags : {Tov_Flag{0}, BILINEAR, NOCLIP})
         {
             EXPECT_EQ(MessagesOf([&] { Stretch(target, source.bitmap, {2, 2}, flags); }), Messages{NO_BUFFER});

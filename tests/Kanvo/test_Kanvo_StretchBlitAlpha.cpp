@@ -7,11 +7,11 @@
 #include <gtest/gtest.h>
 
 #include "BlitStage.h"
-#include "CountingLibrary.h"
 #include "DrawSpies.h"
 #include "Fence.h"
 #include "Kanvo_StretchBlit.h"
 #include "NaiveMix.h"
+#include "PoorBitmaps.h"
 #include "StretchSpies.h"
 #include "Sweep.h"
 
@@ -30,6 +30,7 @@ using support::NOT_A_MAP;
 using support::NOT_INSIDE;
 using support::NOT_LOCKED;
 using support::NOT_SUPPORTED;
+using support::Same;
 using support::Stage;
 using support::StretchCall;
 using support::Words;
@@ -55,30 +56,7 @@ void StretchAlpha(Kanvo_Bitmap& target, Kanvo_Bitmap& source, Kanvo_Bitmap& map,
                             flags, static_cast<Tov_UByte>(alpha));
 }
 
-std::vector<std::uint32_t> Same(std::size_t count, std::uint32_t word)
-{
-    return std::vector<std::uint32_t>(count, word);
-}
-
-//! 2x2 equal pixels of any type, which are sampled alike filtered and nearest.
-class Uniform
-{
-public:
-    Uniform(unsigned type, std::uint32_t value) : m_source(nullptr, type, 2, 2, m_pixels, 0, true)
-    {
-        const std::size_t bytes = type == BM_ARGB32 || type == BM_RGB32 ? 4 : type == BM_RGB565 ? 2 : 1;
-        for (std::size_t pixel = 0; pixel < 4; ++pixel)
-        {
-            std::memcpy(reinterpret_cast<std::uint8_t*>(m_pixels) + pixel * bytes, &value, bytes);
-        }
-    }
-
-    Kanvo_Bitmap& Bitmap() { return m_source; }
-
-private:
-    std::uint32_t      m_pixels[4] = {};
-    support::AnySource m_source;
-};
+using Uniform = support::UniformOf<2>;
 
 }  // namespace
 
@@ -469,16 +447,11 @@ TEST(StretchBlitAlpha, SourcesAndMapsWithoutPixelsAreReportedAndDrawNothing)
 {
     for (const unsigned optimized : BOTH_PATHS)
     {
-        Stage                    stage(optimized, 2, 2, 0xFF112233);
-        support::CountingLibrary library;
-        library.refuse = true;
-        Kanvo_Screen           poor(&library);
-        support::AssertCapture asserts;  // of the constructors
-        Kanvo_BitmapARGB32     argb32(&poor, 2, 2);
-        Kanvo_BitmapA8         a8(&poor, 2, 2);
-        Uniform                words(BM_ARGB32, 0xFFFFFFFF);
-        Uniform                bytes(BM_ALPHA8, 0xFF);
-        for (Kanvo_Bitmap* const empty : {static_cast<Kanvo_Bitmap*>(&argb32), static_cast<Kanvo_Bitmap*>(&a8)})
+        Stage                stage(optimized, 2, 2, 0xFF112233);
+        support::PoorBitmaps poor(2);
+        Uniform              words(BM_ARGB32, 0xFFFFFFFF);
+        Uniform              bytes(BM_ALPHA8, 0xFF);
+        for (Kanvo_Bitmap* const empty : std::vector<Kanvo_Bitmap*>{&poor.argb32, &poor.a8})
         {
             for (Kanvo_Bitmap* const full : {&words.Bitmap(), &bytes.Bitmap()})
             {

@@ -31,6 +31,40 @@ constexpr const char* NOT_A_MAP     = "alpha bitmap is not the right type";
 constexpr std::array<unsigned, 2> BOTH_PATHS{OB_NONE, OB_NEON};
 constexpr Tov_Flag                OTHER_BIT = 0x2;  // no flag of any operation
 
+// ---- pixels that are all the same -----------------------------------------------------------------------------------
+
+inline std::vector<std::uint32_t> Same(std::size_t count, std::uint32_t word)
+{
+    return std::vector<std::uint32_t>(count, word);
+}
+
+//! Of a pixel, 1 for types that have none.
+inline std::size_t BytesOf(unsigned type)
+{
+    return type == BM_ARGB32 || type == BM_RGB32 ? 4 : type == BM_RGB565 ? 2 : 1;
+}
+
+//! SIZE x SIZE equal pixels of any type: whatever is sampled, filtered or not, it is that pixel.
+template <Tov_UInt SIZE>
+class UniformOf
+{
+public:
+    UniformOf(unsigned type, std::uint32_t value) : m_source(nullptr, type, SIZE, SIZE, m_pixels, 0, true)
+    {
+        const std::size_t bytes = BytesOf(type);
+        for (std::size_t pixel = 0; pixel < SIZE * SIZE; ++pixel)
+        {
+            std::memcpy(reinterpret_cast<std::uint8_t*>(m_pixels) + pixel * bytes, &value, bytes);
+        }
+    }
+
+    Kanvo_Bitmap& Bitmap() { return m_source; }
+
+private:
+    std::uint32_t m_pixels[SIZE * SIZE] = {};
+    AnySource     m_source;
+};
+
 // ---- a stage --------------------------------------------------------------------------------------------------------
 
 //! A locked target. Calls return the messages they raised. {4, 3} as a place means 4x3 pixels from one origin to the other.
