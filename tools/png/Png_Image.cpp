@@ -356,7 +356,7 @@ std::string WritePixels(std::FILE* file, const std::uint32_t* argb, std::uint32_
                 [&]
                 {
                     png_set_write_fn(writer.state, file, OnWrite, OnFlush);
-                    png_set_compression_level(writer.state, 9);
+                    png_set_compression_level(writer.state, 6);  // 9: 3 % smaller, in four times the time
                     png_set_filter(writer.state, PNG_FILTER_TYPE_BASE, PNG_ALL_FILTERS);
                     png_set_IHDR(writer.state, writer.info, width, height, 8,
                                  keepAlpha ? PNG_COLOR_TYPE_RGBA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
