@@ -1,6 +1,7 @@
 // Random lines and dots against the naive reference: pixels, padding, messages, statistics, counters, the pattern
 // offset. The target lies flush between protected pages. A million lines and 300,000 dots (20,000 and 6,000 under
-// sanitizers); every case has a seed of its own and can be replayed alone (Dice.h).
+// sanitizers); every case has a seed of its own and can be replayed alone (Dice.h). Then, by the same reference, the
+// places where a drawing loop changes from one way of going to another: ends of runs, first and last steps, clipped rows.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -481,4 +482,151 @@ TEST(LineRandom, DotsAreThoseOfTheNaiveReference)
     if (!RunAll("DotsAreThoseOfTheNaiveReference", drawing, seeds, ThrowDot, note) || seeds.count < 5000) return;
     EXPECT_GT(large, seeds.count / 3);
     EXPECT_GT(small, seeds.count / 100);
+}
+
+// ---- where runs begin and end ---------------------------------------------------------------------------------------
+
+namespace
+{
+
+//! A bitmap that is large enough for runs, and a window in it or none.
+Ground WideGround(bool clipped)
+{
+    return {150,
+            40,
+            151,
+            true,
+            true,
+            clipped,
+            {clipped ? 20U : 0U, clipped ? 9U : 0U, clipped ? 121U : 149U, clipped ? 31U : 39U}};
+}
+
+//! Runs cases until three have failed.
+class Sweep
+{
+public:
+    template <class Case>
+    void operator()(const Case& thrown)
+    {
+        if (m_failures >= 3) return;
+        const std::string failure = m_drawing.Run(thrown);
+        m_changed += m_drawing.Changed();
+        ++m_count;
+        if (failure.empty()) return;
+        ++m_failures;
+        ADD_FAILURE() << failure;
+    }
+    std::uint64_t Count() const { return m_count; }
+    std::uint64_t Changed() const { return m_changed; }
+
+private:
+    RandomDrawing m_drawing;
+    int           m_failures = 0;
+    std::uint64_t m_count    = 0;
+    std::uint64_t m_changed  = 0;
+};
+
+constexpr std::uint32_t QUALITIES[] = {0, Kanvo_LF_ANTIALIAS, Kanvo_LF_HQ_AA, Kanvo_LF_ANTIALIAS | Kanvo_LF_HQ_AA};
+
+LineCase PlainCase(const Ground& ground, float x0, float y0, float x1, float y1, std::uint32_t color,
+                   std::uint32_t flags, float width)
+{
+    LineCase thrown{};
+    thrown.ground      = ground;
+    thrown.call        = {x0, y0, x1, y1, color, flags, width, 0.0F};
+    thrown.withPattern = true;
+    thrown.factor      = 1.0F / 16.0F;
+    thrown.refLength   = 16.0F;
+    return thrown;
+}
+
+}  // namespace
+
+// Rises around those below which steps are joined to runs, beginning and ending inside, at and beyond each border.
+TEST(LineRuns, ShallowLinesAreThoseOfTheNaiveReference)
+{
+    Sweep sweep;
+    for (const bool clipped : {false, true})
+    {
+        const Ground ground = WideGround(clipped);
+        for (const float rise : {0.0F, 1.0F / 65536.0F, 0.01F, 0.3F, 1.0F, 2.75F, 8.9F, 9.3F, 10.6F, 12.0F})
+        {
+            for (const float length : {0.0F, 0.4F, 1.0F, 2.0F, 7.0F, 8.0F, 9.5F, 110.0F, 200.0F})
+            {
+                for (const float x : {-30.5F, 0.0F, 19.75F, 60.25F, 120.0F})
+                {
+                    for (const float y : {-0.75F, 0.0F, 8.5F, 9.0F, 20.3F, 31.0F, 31.5F, 39.0F})
+                    {
+                        const float slope = rise / 110.0F * length;
+                        for (const std::uint32_t quality : QUALITIES)
+                        {
+                            sweep(PlainCase(ground, x, y, x + length, y + slope, 0xFF40A0E0U, quality, 1.0F));
+                            sweep(PlainCase(ground, x + length, y - slope, x, y, 0x90FFA000U, quality, 1.0F));
+                        }
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(sweep.Changed(), sweep.Count() / 4);
+}
+
+// Bodies of no step, one, and more between the ends, whole, cut along their length and cut across.
+TEST(LineRuns, WideLinesOfEveryLengthAreThoseOfTheNaiveReference)
+{
+    Sweep sweep;
+    for (const bool clipped : {false, true})
+    {
+        const Ground ground = WideGround(clipped);
+        for (const float width : {1.0F, 1.5F, 2.5F, 3.0F, 5.0F, 9.0F})
+        {
+            for (float length = 0.0F; length <= 24.0F; length += 0.75F)
+            {
+                for (const float rise : {0.0F, 0.2F, -0.7F, 1.0F, 3.0F})
+                {
+                    for (const auto& [x, y] :
+                         {std::pair{60.3F, 20.6F}, {19.0F, 12.0F}, {112.5F, 27.0F}, {140.0F, 33.0F}})
+                    {
+                        for (const std::uint32_t quality : {QUALITIES[0], QUALITIES[1], QUALITIES[2]})
+                        {
+                            const std::uint32_t pattern = width == 1.0F || length > 12.0F ? Kanvo_LF_PATTERN : 0U;
+                            sweep(PlainCase(ground, x, y, x + length, y + rise * length, 0xFF40A0E0U, quality | pattern,
+                                            width));
+                            sweep(PlainCase(ground, x, y, x - rise * length, y - length, 0x7000FF80U, quality, width));
+                        }
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(sweep.Changed(), sweep.Count() / 2);
+}
+
+// Windows of one, two and three columns or rows, and long ones, wandering over dots: their runs are cut on either side.
+TEST(LineRuns, DotsBehindWindowsAreThoseOfTheNaiveReference)
+{
+    Sweep sweep;
+    for (const float radius : {1.25F, 2.0F, 3.6F, 4.6F, 5.0F, 6.0F, 8.8F, 9.0F, 14.5F, 70.0F})
+    {
+        for (const auto& [x, y] : {std::pair{70.0F, 20.0F}, {70.5F, 20.25F}, {70.99F, 19.6F}})
+        {
+            for (unsigned at = 0; at <= 26; ++at)
+            {
+                for (const unsigned size : {1U, 2U, 3U, 30U})
+                {
+                    for (const std::uint32_t quality : {QUALITIES[0], QUALITIES[1], QUALITIES[2]})
+                    {
+                        DotCase columns{};
+                        columns.ground = {150, 40, 151, true, at % 3 != 0, true, {57 + at, 0, 56 + at + size, 39}};
+                        columns.call   = {x, y, radius, at % 2 != 0 ? 0xFF40A0E0U : 0x90FFA000U, quality};
+                        sweep(columns);
+                        DotCase rows = columns;
+                        rows.ground  = {150, 40, 150, true, at % 3 != 0, true, {0, 7 + at, 149, 6 + at + size}};
+                        sweep(rows);
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(sweep.Changed(), sweep.Count() / 4);
 }

@@ -239,6 +239,30 @@ TEST(PolydrawAA, ARectangleOnWholePixelsIsExact)
     }
 }
 
+TEST(PolydrawAA, RectanglesOfEveryWidthBlendEveryPixelOnce)
+{
+    constexpr int WIDTH = 150;
+    for (const std::uint32_t color : {0xFF40C080U, 0x9040C080U})
+    {
+        for (int width = 1; width <= 140; ++width)
+        {
+            PolyStage stage(WIDTH, 3, BLACK);
+            for (int x = 0; x < WIDTH; x += 3) stage.Words()[WIDTH + x] = 0x60A05020U + static_cast<std::uint32_t>(x);
+            const std::vector<std::uint32_t> before = stage.Pixels();
+
+            const float right = static_cast<float>(5 + width);
+            stage.Polygon({{5, 1}, {right, 1}, {right, 2}, {5, 2}}, color, AA);
+            for (int at = 0; at < WIDTH * 3; ++at)
+            {
+                const std::uint32_t ground = before[static_cast<std::size_t>(at)];
+                const bool          inside = at >= WIDTH + 5 && at < WIDTH + 5 + width;
+                ASSERT_EQ(stage.Words()[at], inside ? support::MixLinearSrcAlpha(ground, color, 255) : ground)
+                    << "width " << width << ", pixel " << at % WIDTH;
+            }
+        }
+    }
+}
+
 TEST(PolydrawAA, ARectangleBetweenPixelsCoversTheirParts)
 {
     const std::vector<int> coverage =

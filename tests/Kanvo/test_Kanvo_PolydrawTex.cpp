@@ -395,6 +395,49 @@ TEST(PolydrawTex, SpansAreThoseOfTheNaiveReference)
     }
 }
 
+// Texels of long spans are gathered in portions, those of short ones are not.
+TEST(PolydrawTex, SpansOfEveryLengthAreThoseOfTheNaiveReference)
+{
+    constexpr int WIDTH = 150;
+    Dice          dice(12);
+    TextureImage  words(BM_ARGB32, 5, 3, 6, support::Against::BackFence);
+    TextureImage  bytes(BM_ALPHA8, 6, 2, 6, support::Against::FrontFence);
+    words.Throw(dice);
+    bytes.Throw(dice);
+    PolyStage                    stage(WIDTH, 3);
+    std::vector<std::uint32_t>   expected(std::size_t{WIDTH} * 3);
+    const reference::AffineFrame affine{-0x3A000, 0x13456, 0, 0x1F0000, -0x4321, 0};
+    for (const Writeback way : ALL_WAYS)
+    {
+        for (int length = 0; length <= 140; ++length)
+        {
+            for (std::size_t at = 0; at < expected.size(); ++at)
+                stage.Words()[at] = expected[at] = dice.NextHostileWord();
+            const reference::Span span{1, 6 * 65536, (5 + length) * 65536};
+            TextureImage&         image = IsOfBytes(way) ? bytes : words;
+            const std::uint32_t   data  = dice.NextHostileWord();
+            reference::TextureSpan(stage.CanvasOver(expected.data()), span, image.Texels(), affine, {way, data});
+            Render(way, &stage.Bitmap(), span, image, &affine, {}, data);
+            ASSERT_EQ(stage.Pixels(), expected) << "way " << static_cast<int>(way) << ", length " << length;
+        }
+    }
+}
+
+// Each pixel is read after the one before it was drawn, also where that is what it is read from.
+TEST(PolydrawTex, ATargetMayBeItsOwnTexture)
+{
+    constexpr int WIDTH = 64;
+    PolyStage     stage(WIDTH, 4);
+    Dice          dice(13);
+    for (int at = 0; at < WIDTH * 4; ++at) stage.Words()[at] = BLACK | dice.Next32();
+    std::vector<std::uint32_t> expected = stage.Pixels();
+    for (std::size_t x = 1; x < WIDTH; ++x)
+        expected[2 * WIDTH + x] = support::MixLinear(expected[2 * WIDTH + x], expected[2 * WIDTH + x - 1], 200);
+    Spans<Kanvo_WritebackTex_Alpha>::RenderSpan(&stage.Bitmap(), Fix(2), Fix(1), Fix(63), stage.Words(), Fix(-1),
+                                                Fix(2), Fix(1), 0, 6, 63U << 16 | 0xFFFFU, 3U << 16 | 0xFFFFU, {200});
+    EXPECT_EQ(stage.Pixels(), expected);
+}
+
 TEST(PolydrawTex, AtTheCorrectedPointsPerspectiveIsTheExactQuotient)
 {
     const support::Seeds seeds(support::CasesOf(50000));

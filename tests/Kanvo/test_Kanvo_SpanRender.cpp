@@ -256,6 +256,36 @@ TEST(SpanRenderAlpha, AHardSpanWithOneAlpha)
     EXPECT_EQ(stage.Count(0x80402010U), 4);
 }
 
+// Few pixels are blended one by one, more of them side by side, translucent colours in portions.
+TEST(SpanRenderAlpha, SpansOfEveryLengthAreBlendedPixelByPixel)
+{
+    constexpr int      WIDTH = 150;
+    support::LineStage stage(WIDTH, 4);
+    const auto         ground = [](int x)
+    {
+        const P color = static_cast<P>(x) * 0x9E3779B9U;
+        return x % 5 == 0 ? color : color | 0xFF000000U;
+    };
+    for (const P color : {0xFF40C080U, 0x9040C080U, 0x00FFFFFFU})
+    {
+        for (int length = 0; length <= 140; ++length)
+        {
+            for (const int alpha : {1, 128, 255})
+            {
+                for (int x = 0; x < WIDTH; ++x) stage.Words()[2 * WIDTH + x] = ground(x);
+                OnRows::Plain<P>::RenderSpanAlpha(&stage.Bitmap(), Fx(2), Fx(5), Fx(4 + length), color,
+                                                  static_cast<Tov_UByte>(alpha));
+                for (int x = 0; x < WIDTH; ++x)
+                {
+                    const bool inside = x >= 5 && x < 5 + length;
+                    ASSERT_EQ(stage.At(x, 2), inside ? support::MixLinearSrcAlpha(ground(x), color, alpha) : ground(x))
+                        << "colour " << color << ", length " << length << ", alpha " << alpha << ", pixel " << x;
+                }
+            }
+        }
+    }
+}
+
 // ---- one soft edge --------------------------------------------------------------------------------------------------
 
 TYPED_TEST(SpanRender, APlainEdgeDrawsWhereTheDistanceIsPositive)

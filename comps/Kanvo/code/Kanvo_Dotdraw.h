@@ -17,12 +17,12 @@
 
 #include "Kanvo_Enums.h"
 #include "Kanvo_Linedraw.h"
+#include "Kanvo_Spandraw.h"
 #include "Kanvo_Tables.h"
-#include "rows.h"
 #include "Tov_Math.h"
 #include "Trak_Counters.h"
 
-//! f of one row of a dot, pixel by pixel. 64 bits hold it for every radius.
+//! f along a row of a dot, or along a column. 64 bits hold it for every radius.
 struct Kanvo_DotRow
 {
     std::int64_t iValue;
@@ -42,6 +42,27 @@ struct Kanvo_DotRow
     }
 };
 
+//! A pixel of a row, and f there.
+struct Kanvo_DotPlace
+{
+    std::int64_t iPixel;
+    Kanvo_DotRow kF;
+
+    KANVO_INLINE std::int64_t ValueRight() const { return kF.iValue + kF.iStep; }
+    KANVO_INLINE std::int64_t ValueLeft() const { return kF.iValue - kF.iStep + kF.iChange; }
+    KANVO_INLINE void         Right()
+    {
+        ++iPixel;
+        kF.Next();
+    }
+    KANVO_INLINE void Left()
+    {
+        --iPixel;
+        kF.iStep -= kF.iChange;
+        kF.iValue -= kF.iStep;
+    }
+};
+
 //! The pixels that a dot may touch on one axis: from the first on, iOffset of them cut off before the clip rectangle.
 struct Kanvo_DotSpan
 {
@@ -57,21 +78,112 @@ struct Kanvo_DotSpan
     }
 };
 
-//! What f lacks, per pixel of the rim, for the dot in a box of iSize x iSize pixels to cover iArea (16.16).
-inline std::int64_t Kanvo_DotShift(Kanvo_DotRow kRows, std::int64_t iStepX, std::int64_t iSize, std::int64_t iArea)
+//! Part of a dot: iColumns x iRows pixels. f is concave, so that the pixels of a row where it reaches some value are one
+//! run. The ends of a run move little from one row to the next, and are followed.
+struct Kanvo_DotArea
+{
+    Kanvo_DotRow kTop;   //!< f along the first column
+    Kanvo_DotRow kLeft;  //!< f along the first row
+    std::int64_t iColumns;
+    std::int64_t iRows;
+
+    //! Adds to f everywhere.
+    void Lift(std::int64_t iShift)
+    {
+        kTop.iValue += iShift;
+        kLeft.iValue += iShift;
+    }
+    //! Leaves the pixels of both spans.
+    void Clip(const Kanvo_DotSpan& kX, const Kanvo_DotSpan& kY)
+    {
+        const std::int64_t iCorner = kTop.iValue;
+        kTop.Skip(kY.iOffset);
+        kLeft.Skip(kX.iOffset);
+        const std::int64_t iDown = kTop.iValue - iCorner;
+        kTop.iValue += kLeft.iValue - iCorner;
+        kLeft.iValue += iDown;
+        iColumns = kX.iCount;
+        iRows    = kY.iCount;
+    }
+
+    //! Calls kRow(row, left, right) for every row where f reaches iLeast: left is the first pixel where it does, right the
+    //! last where it reaches iMost, or, where none does, the pixel with the largest f.
+    template <class Row>
+    KANVO_INLINE void Walk(std::int64_t iLeast, std::int64_t iMost, Row kRow) const
+    {
+        // f is largest where its step turns negative.
+        const std::int64_t iRise = kLeft.iStep > 0 ? (kLeft.iStep - kLeft.iChange - 1) / -kLeft.iChange : 0;
+        Kanvo_DotPlace     kFirst{std::min(iRise, iColumns - 1), kLeft};
+        kFirst.kF.Skip(kFirst.iPixel);
+        const std::int64_t iPeak = kFirst.iPixel;
+        Kanvo_DotPlace     kLast = kFirst;
+        Kanvo_DotRow       kDown = kTop;
+        for (std::int64_t iRow = 0; iRow < iRows; ++iRow)
+        {
+            while (kFirst.iPixel > 0 && kFirst.ValueLeft() >= iLeast)
+            {
+                kFirst.Left();
+            }
+            while (kFirst.iPixel < iPeak && kFirst.kF.iValue < iLeast)
+            {
+                kFirst.Right();
+            }
+            while (kLast.iPixel + 1 < iColumns && kLast.ValueRight() >= iMost)
+            {
+                kLast.Right();
+            }
+            while (kLast.iPixel > iPeak && kLast.kF.iValue < iMost)
+            {
+                kLast.Left();
+            }
+            if (kFirst.kF.iValue >= iLeast)
+            {
+                kRow(iRow, kFirst, kLast);
+            }
+            kFirst.kF.iValue += kDown.iStep;
+            kLast.kF.iValue += kDown.iStep;
+            kDown.Next();
+        }
+    }
+
+    //! The soft pixels of every row, from left to right: calls kRim(row, pixel, f) for one on the rim, which has a part of
+    //! its area inside, and kInside(row, first, count) for those inside.
+    template <class Rim, class Inside>
+    KANVO_INLINE void WalkSoft(Rim kRim, Inside kInside) const
+    {
+        constexpr std::int64_t WHOLE = 0x10000;
+        Walk(1, WHOLE,
+             [=](std::int64_t iRow, Kanvo_DotPlace kPlace, Kanvo_DotPlace kLastInside)
+             {
+                 for (; kPlace.iPixel < iColumns && kPlace.kF.iValue > 0 && kPlace.kF.iValue < WHOLE; kPlace.Right())
+                 {
+                     kRim(iRow, kPlace.iPixel, kPlace.kF.iValue);
+                 }
+                 if (kLastInside.kF.iValue < WHOLE)
+                 {
+                     return;
+                 }
+                 kInside(iRow, kPlace.iPixel, kLastInside.iPixel - kPlace.iPixel + 1);
+                 for (kLastInside.Right(); kLastInside.iPixel < iColumns && kLastInside.kF.iValue > 0;
+                      kLastInside.Right())
+                 {
+                     kRim(iRow, kLastInside.iPixel, kLastInside.kF.iValue);
+                 }
+             });
+    }
+};
+
+//! What f lacks, per pixel of the rim, for a whole dot to cover iArea (16.16).
+inline std::int64_t Kanvo_DotShift(const Kanvo_DotArea& kDot, std::int64_t iArea)
 {
     std::int64_t iRim = 0;
-    for (std::int64_t iY = 0; iY < iSize; ++iY)
-    {
-        Kanvo_DotRow kPixels{kRows.iValue, iStepX, kRows.iChange};
-        for (std::int64_t iX = 0; iX < iSize; ++iX)
+    kDot.WalkSoft(
+        [&](std::int64_t /*iRow*/, std::int64_t /*iPixel*/, std::int64_t iValue)
         {
-            iArea -= std::max<std::int64_t>(0, std::min<std::int64_t>(0x10000, kPixels.iValue));
-            iRim += kPixels.iValue > 0 && kPixels.iValue < 0x10000 ? 1 : 0;
-            kPixels.Next();
-        }
-        kRows.Next();
-    }
+            iArea -= iValue;
+            ++iRim;
+        },
+        [&](std::int64_t /*iRow*/, std::int64_t /*iFirst*/, std::int64_t iCount) { iArea -= iCount * 0x10000; });
     return iRim != 0 ? iArea / iRim : 0;
 }
 
@@ -129,58 +241,48 @@ void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::LargeDot(Kanvo_Bit
     }
     Trak_Count(g_kStat_NumberOfDots, 1.0F);
 
-    const auto         dR  = static_cast<double>(vRadius);
-    const double       dUX = static_cast<double>(vCenterX) - static_cast<double>(iBoxX);
-    const double       dUY = static_cast<double>(vCenterY) - static_cast<double>(iBoxY);
-    const std::int64_t iK  = std::max<std::int64_t>(1, Tov_DblFloor(32768.0 / dR + 0.5));
-    const auto         dK  = static_cast<double>(iK);
-    const double       dIn = dR - 0.5;
-    Kanvo_DotRow       kRows{Tov_DblFloor(dK * ((dIn - dUX) * (dIn + dUX) - dUY * dUY) + 0.5) + 32768,
-                       Tov_DblFloor(dK * (2.0 * dUY - 1.0) + 0.5), -2 * iK};
-    const std::int64_t iStepX = Tov_DblFloor(dK * (2.0 * dUX - 1.0) + 0.5);
+    const auto         dR   = static_cast<double>(vRadius);
+    const double       dUX  = static_cast<double>(vCenterX) - static_cast<double>(iBoxX);
+    const double       dUY  = static_cast<double>(vCenterY) - static_cast<double>(iBoxY);
+    const std::int64_t iK   = std::max<std::int64_t>(1, Tov_DblFloor(32768.0 / dR + 0.5));
+    const auto         dK   = static_cast<double>(iK);
+    const double       dIn  = dR - 0.5;
+    const std::int64_t iF   = Tov_DblFloor(dK * ((dIn - dUX) * (dIn + dUX) - dUY * dUY) + 0.5) + 32768;
+    const std::int64_t iBox = 2 * iRadius + 1;
+    Kanvo_DotArea      kDot{{iF, Tov_DblFloor(dK * (2.0 * dUY - 1.0) + 0.5), -2 * iK},
+                       {iF, Tov_DblFloor(dK * (2.0 * dUX - 1.0) + 0.5), -2 * iK},
+                       iBox,
+                       iBox};
     if (bSoft && iRadius >= LEAST_MEASURED && iRadius <= MOST_MEASURED)
     {
-        const std::int64_t iArea = Tov_DblFloor(65536.0 * PI * dIn * dIn + 0.5);
-        kRows.iValue += Kanvo_DotShift(kRows, iStepX, 2 * iRadius + 1, iArea);
+        kDot.Lift(Kanvo_DotShift(kDot, Tov_DblFloor(65536.0 * PI * dIn * dIn + 0.5)));
     }
-    kRows.Skip(kY.iOffset);
+    kDot.Clip(kX, kY);
 
-    OffsetType kLine;
-    Access::GetOffset(pkDest, static_cast<Tov_UInt>(kX.iFirst), static_cast<Tov_UInt>(kY.iFirst), kLine);
-    for (std::int64_t iY = 0; iY < kY.iCount; ++iY)
+    OffsetType kOrigin;
+    Access::GetOffset(pkDest, static_cast<Tov_UInt>(kX.iFirst), static_cast<Tov_UInt>(kY.iFirst), kOrigin);
+    const auto kAt = [pkDest, kOrigin](std::int64_t iRow, std::int64_t iPixel)
     {
-        Kanvo_DotRow kPixels{kRows.iValue, iStepX, -2 * iK};
-        kPixels.Skip(kX.iOffset);
-        if (bSoft)
-        {
-            for (std::int64_t iX = 0; iX < kX.iCount; ++iX)
-            {
-                if (kPixels.iValue > 0)
-                {
-                    const Tov_UByte ubCover =
-                        kPixels.iValue >= 0x10000 ? Tov_UByte{255} : static_cast<Tov_UByte>(kPixels.iValue >> 8);
-                    Access::BlendPixelSrcAlpha(kLine + iX, pxColor, ubCover);
-                }
-                kPixels.Next();
-            }
-        }
-        else
-        {
-            std::int64_t iFrom = 0;  // the inside of a row is one run, because f is concave
-            for (; iFrom < kX.iCount && kPixels.iValue <= 32768; ++iFrom)
-            {
-                kPixels.Next();
-            }
-            std::int64_t iUntil = iFrom;
-            for (; iUntil < kX.iCount && kPixels.iValue > 32768; ++iUntil)
-            {
-                kPixels.Next();
-            }
-            Kanvo_PutRun<Access>(kLine + iFrom, pxColor, static_cast<Tov_Int>(iUntil - iFrom));
-        }
-        kRows.Next();
-        Access::IncY(pkDest, kLine);
+        OffsetType kOffset;
+        Access::AddOffset(pkDest, kOrigin, static_cast<Tov_UInt>(iPixel), static_cast<Tov_UInt>(iRow), kOffset);
+        return kOffset;
+    };
+    if (bSoft)
+    {
+        kDot.WalkSoft([=](std::int64_t iRow, std::int64_t iPixel, std::int64_t iValue)
+                      { Kanvo_BlendSrcAlpha<Access>(kAt(iRow, iPixel), pxColor, static_cast<Tov_UByte>(iValue >> 8)); },
+                      [=](std::int64_t iRow, std::int64_t iFirst, std::int64_t iCount) {
+                          Kanvo_BlendRunSrcAlpha<Access>(kAt(iRow, iFirst), pxColor, static_cast<Tov_Int>(iCount),
+                                                         Tov_UByte{255});
+                      });
+        return;
     }
+    constexpr std::int64_t INSIDE = 32769;
+    kDot.Walk(INSIDE, INSIDE,
+              [=](std::int64_t iRow, const Kanvo_DotPlace& kFirst, const Kanvo_DotPlace& kLast) {
+                  Kanvo_PutRun<Access>(kAt(iRow, kFirst.iPixel), pxColor,
+                                       static_cast<Tov_Int>(kLast.iPixel - kFirst.iPixel + 1));
+              });
 }
 
 template <class PixelType, class OffsetType, class Access, Tov_Bool PATTERNS>

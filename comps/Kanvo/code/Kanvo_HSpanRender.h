@@ -14,9 +14,9 @@ public:
     {
         const Kanvo_SpanPen<Kanvo_AxisH<Access>, Access> kPen(pBitmap, y, x1);
         const Kanvo_SpanRange                            kRange = kPen.Inside({0, (x2 >> 16) - (x1 >> 16)});
-        for (Tov_Int iPixel = kRange.iFirst; iPixel <= kRange.iLast; ++iPixel)
+        if (kRange.iFirst <= kRange.iLast)
         {
-            Access::BlendPixelSrcAlpha(kPen.At(iPixel), pxColor, ubAlpha);
+            Kanvo_BlendRunSrcAlpha<Access>(kPen.At(kRange.iFirst), pxColor, kRange.iLast - kRange.iFirst + 1, ubAlpha);
         }
     }
 };

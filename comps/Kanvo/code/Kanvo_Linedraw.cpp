@@ -80,40 +80,50 @@ struct OrientedLine
     }
 };
 
+//! The span renderers along rows, for lines that run along y, and along columns.
+template <class PixelType, class OffsetType, class Access, class Style>
+struct RowSpans
+{
+    using Plain    = Kanvo_HSpanRender<PixelType, OffsetType, Style, Access>;
+    using Soft     = Kanvo_HSpanRender_AA<PixelType, OffsetType, Style, Access>;
+    using Filtered = Kanvo_HSpanRender_HQAA<PixelType, OffsetType, Style, Access>;
+};
+template <class PixelType, class OffsetType, class Access, class Style>
+struct ColumnSpans
+{
+    using Plain    = Kanvo_VSpanRender<PixelType, OffsetType, Style, Access>;
+    using Soft     = Kanvo_VSpanRender_AA<PixelType, OffsetType, Style, Access>;
+    using Filtered = Kanvo_VSpanRender_HQAA<PixelType, OffsetType, Style, Access>;
+};
+
+template <class Spans, class Style, class Use>
+void WithQuality(Tov_Flag ulFlags, Use kUse)
+{
+    if ((ulFlags & Kanvo_LF_HQ_AA) != 0)
+    {
+        kUse(Kanvo_Linedraw_Octant<Style, typename Spans::Filtered>());
+    }
+    else if ((ulFlags & Kanvo_LF_ANTIALIAS) != 0)
+    {
+        kUse(Kanvo_Linedraw_Octant<Style, typename Spans::Soft>());
+    }
+    else
+    {
+        kUse(Kanvo_Linedraw_Octant<Style, typename Spans::Plain>());
+    }
+}
+
 //! Calls kUse with the octant class for an axis, a quality and a style.
 template <class PixelType, class OffsetType, class Access, class Style, class Use>
 void WithOctant(Tov_Bool bMajorX, Tov_Flag ulFlags, Use kUse)
 {
-    const Tov_Flag ulQuality = ulFlags & (Kanvo_LF_ANTIALIAS | Kanvo_LF_HQ_AA);
     if (bMajorX)
     {
-        if (ulQuality == 0)
-        {
-            kUse(Kanvo_Linedraw_Octant<Style, Kanvo_VSpanRender<PixelType, OffsetType, Style, Access>>());
-        }
-        else if ((ulQuality & Kanvo_LF_HQ_AA) != 0)
-        {
-            kUse(Kanvo_Linedraw_Octant<Style, Kanvo_VSpanRender_HQAA<PixelType, OffsetType, Style, Access>>());
-        }
-        else
-        {
-            kUse(Kanvo_Linedraw_Octant<Style, Kanvo_VSpanRender_AA<PixelType, OffsetType, Style, Access>>());
-        }
+        WithQuality<ColumnSpans<PixelType, OffsetType, Access, Style>, Style>(ulFlags, kUse);
     }
     else
     {
-        if (ulQuality == 0)
-        {
-            kUse(Kanvo_Linedraw_Octant<Style, Kanvo_HSpanRender<PixelType, OffsetType, Style, Access>>());
-        }
-        else if ((ulQuality & Kanvo_LF_HQ_AA) != 0)
-        {
-            kUse(Kanvo_Linedraw_Octant<Style, Kanvo_HSpanRender_HQAA<PixelType, OffsetType, Style, Access>>());
-        }
-        else
-        {
-            kUse(Kanvo_Linedraw_Octant<Style, Kanvo_HSpanRender_AA<PixelType, OffsetType, Style, Access>>());
-        }
+        WithQuality<RowSpans<PixelType, OffsetType, Access, Style>, Style>(ulFlags, kUse);
     }
 }
 
@@ -211,8 +221,10 @@ void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::DrawLine(Kanvo_Bit
     // Test: PlainWidthsAreSnappedToHalvesEachByItself.
     if ((ulFlags & (Kanvo_LF_ANTIALIAS | Kanvo_LF_HQ_AA)) == 0)
     {
+        const Tov_Bool bEqual = vStartWidth == vEndWidth;
+
         vStartWidth = SnappedWidth(vStartWidth);
-        vEndWidth   = SnappedWidth(vEndWidth);
+        vEndWidth   = bEqual ? vStartWidth : SnappedWidth(vEndWidth);
     }
     Tov_Value vLineWidth = std::max(vStartWidth, vEndWidth);
     if (vLineWidth < 1.0F)

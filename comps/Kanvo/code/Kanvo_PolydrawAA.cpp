@@ -2,15 +2,15 @@
 // toggles those it crosses. In a pixel touched by one side alone the side's area is the coverage; where several sides meet
 // their sub-sample masks are combined and counted.
 //
-//   inside from the left   #   | .   .   . |      rows of sub-samples, 30 bits: uiInside holds them behind the pixel,
-//   border of the pixel    #   |   /   .   |      uiBefore as they are at its left border. A mask has the samples right of
+//   inside from the left   #   | .   .   . |      rows of sub-samples, 30 bits: uiInside holds them at the pixel's
+//   border of the pixel    #   |   /   .   |      right border, uiBefore at its left border. A mask has the samples right of
 //                          .   | / #   #   |      its side, so "before XOR mask" is what lies inside the pixel.
 #include "Kanvo_PolydrawAA.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "Kanvo_PolySetupAA.h"
+#include "Kanvo_Spandraw.h"
 #include "Kanvo_Tables.h"
 #include "Tov_Math.h"
 #include "Tov_Memory.h"
@@ -40,10 +40,16 @@ Tov_UInt Cross(const Side& kSide, Tov_UInt uiInside)
     }
 }
 
+//! The table step at a distance.
+KANVO_INLINE Tov_UInt StepAt(Tov_Int iDist)
+{
+    return static_cast<Tov_UInt>(iDist >> 22) & (KANVO_EDGE_STEPS - 1);
+}
+
 //! The table step of the pixel that a side stands at; moves on to the next pixel.
 Tov_UInt TakeStep(Side& kSide)
 {
-    const Tov_UInt uiStep = static_cast<Tov_UInt>(kSide.dist >> 22) & (KANVO_EDGE_STEPS - 1);
+    const Tov_UInt uiStep = StepAt(kSide.dist);
     kSide.dist            = Tov_FixAdd(kSide.dist, kSide.nx);
     return uiStep;
 }
@@ -75,11 +81,32 @@ Tov_Bool IsShared(const Side& kSide, Tov_Int iX)
     return false;
 }
 
-//! Coverage of pixel iX, the first that kSide has not passed yet. uiBefore: what lies inside at its left border; uiInside:
-//! the same for its right border, changed by every side that ends in the pixel.
-Tov_UInt Cover(Side& kSide, Tov_Int iX, Tov_UInt uiBefore, Tov_UInt& uiInside)
+//! The areas that a side cuts off from pixels that it alone touches, by table step.
+class Areas
 {
-    const Tov_Bool bShared = IsShared(kSide, iX);
+public:
+    Areas(const Side& kSide, Tov_UInt uiBefore)
+        : m_pkubArea(g_aucEdgeArea + kSide.normalmask),
+          m_uiMirror(uiBefore != 0 ? ~0U : 0U)
+    {
+    }
+    //! Inside on the left, what counts is the area left of the side, that of the mirrored distance.
+    KANVO_INLINE Tov_UInt operator[](Tov_UInt uiStep) const
+    {
+        return m_pkubArea[((uiStep ^ m_uiMirror) - m_uiMirror) & (KANVO_EDGE_STEPS - 1)];
+    }
+
+private:
+    const Tov_UByte* m_pkubArea;
+    Tov_UInt         m_uiMirror;
+};
+
+//! Coverage of pixel iX, the first that kSide has not passed yet. uiInside: what lies inside at its left border; changed
+//! to that at its right border by every side that ends in the pixel.
+Tov_UInt Cover(Side& kSide, Tov_Int iX, Tov_UInt& uiInside)
+{
+    const Tov_UInt uiBefore = uiInside;
+    const Tov_Bool bShared  = IsShared(kSide, iX);
     if (kSide.xsright == iX)
     {
         uiInside = Cross(kSide, uiInside);
@@ -87,9 +114,7 @@ Tov_UInt Cover(Side& kSide, Tov_Int iX, Tov_UInt uiBefore, Tov_UInt& uiInside)
     const Tov_UInt uiStep = TakeStep(kSide);
     if (!bShared && (kSide.edgeflags & COMBINED) == 0)
     {
-        // Inside on the left: what counts is the area left of the side, that of the mirrored distance.
-        const Tov_UInt uiArea = uiBefore != 0 ? (0U - uiStep) & (KANVO_EDGE_STEPS - 1) : uiStep;
-        return g_aucEdgeArea[static_cast<Tov_UInt>(kSide.normalmask) + uiArea];
+        return Areas(kSide, uiBefore)[uiStep];
     }
     Tov_UInt uiMask = Mask(kSide, uiStep);
     if (bShared)
@@ -178,7 +203,7 @@ private:
         if (kSide.ybot == iRow + 1)
         {
             kSide.edgeflags = CLIP_BOT;
-            iEnd            = Tov_FltToInt(std::floor(kSide.X1));
+            iEnd            = Tov_FltToInt(kSide.X1);
             // x was stepped in single precision and may have gone past the side's true end.
             if (kSide.xslope <= 0.0F && kSide.xsleft < iEnd)
             {
@@ -194,7 +219,7 @@ private:
         {
             kSide.edgeflags = 0;
             kSide.xipol += kSide.xslope;
-            iEnd = std::max<Tov_Int>(0, Tov_FltToInt(std::floor(kSide.xipol)));
+            iEnd = std::max<Tov_Int>(0, Tov_FltToInt(kSide.xipol));
         }
         if (kSide.xslope > 0.0F)
         {
@@ -214,51 +239,84 @@ private:
     Side* m_pkFirst = nullptr;
 };
 
-//! Fills one row between and along the sides in it.
-template <class Access, class PixelType>
-void FillRow(Kanvo_Bitmap* pkBitmap, Side* pkSide, Tov_Int iRow, PixelType pxColor, Tov_UByte ubAlpha)
+//! The colour and the row that it is laid on.
+template <class Access>
+struct Row
 {
-    Tov_Int                 iX       = pkSide->xsleft;
-    Tov_UInt                uiInside = 0;
-    Tov_UInt                uiBefore = 0;
-    typename Access::Offset kOffset;
-    Access::GetOffset(pkBitmap, static_cast<Tov_UInt>(iX), static_cast<Tov_UInt>(iRow), kOffset);
-    while (pkSide != nullptr)
+    typename Access::Offset kStart;
+    typename Access::Pixel  pxColor;
+    Tov_UByte               ubAlpha;
+
+    Row(const Kanvo_Bitmap* pkBitmap, Tov_Int iRow, typename Access::Pixel pxPolygon, Tov_UByte ubOpacity)
+        : pxColor(pxPolygon),
+          ubAlpha(ubOpacity)
     {
-        if (pkSide->xsleft > iX)
-        {
-            if (uiInside != 0)
-            {
-                for (; iX < pkSide->xsleft; ++iX)
-                {
-                    Access::BlendPixelSrcAlpha(kOffset, pxColor, ubAlpha);
-                    Access::IncX(pkBitmap, kOffset);
-                }
-            }
-            else
-            {
-                Access::AddOffset(pkBitmap, kOffset, static_cast<Tov_UInt>(pkSide->xsleft - iX), 0, kOffset);
-                iX = pkSide->xsleft;
-            }
-        }
-        Tov_UInt uiCover = Cover(*pkSide, iX, uiBefore, uiInside);
-        uiBefore         = uiInside;
+        Access::GetOffset(pkBitmap, 0, static_cast<Tov_UInt>(iRow), kStart);
+    }
+
+    KANVO_INLINE void Inside(Tov_Int iFirst, Tov_Int iEnd) const
+    {
+        Kanvo_BlendRunSrcAlpha<Access>(kStart + iFirst, pxColor, iEnd - iFirst, ubAlpha);
+    }
+    KANVO_INLINE void Outline(Tov_Int iX, Tov_UInt uiCover) const
+    {
         // KEPT: below full opacity a pixel on the outline gets one step less than the pixels between. Test:
         // AtHalfOpacityFullCoverageAlongTheOutlineIsOneStepLess.
         if (ubAlpha < 255)
         {
             uiCover = (ubAlpha * uiCover) >> 8;
         }
-        while (pkSide != nullptr && pkSide->xsright <= iX)
+        if (uiCover != 0)  // blending by 0 changes nothing
+        {
+            Kanvo_BlendSrcAlpha<Access>(kStart + iX, pxColor, static_cast<Tov_UByte>(uiCover));
+        }
+    }
+};
+
+//! Fills one row between and along the sides in it.
+template <class Access>
+void FillRow(const Row<Access>& kRow, Side* pkSide)
+{
+    Tov_Int  iX       = pkSide->xsleft;
+    Tov_UInt uiInside = 0;
+    while (pkSide != nullptr)
+    {
+        if (pkSide->xsleft > iX)
+        {
+            if (uiInside != 0)
+            {
+                kRow.Inside(iX, pkSide->xsleft);
+            }
+            iX = pkSide->xsleft;
+        }
+        // Up to where the next side begins no other side needs to be looked for.
+        const Side* const pkNext = pkSide->AEnext;
+        const Tov_Int     iAlone = pkNext != nullptr ? std::min(pkSide->xsright, pkNext->xsleft - 1) : pkSide->xsright;
+        if (iX <= iAlone && (pkSide->edgeflags & COMBINED) == 0)
+        {
+            const Areas   kAreas(*pkSide, uiInside);
+            const Tov_Int iStep = pkSide->nx;
+            Tov_Int       iDist = pkSide->dist;
+            for (; iX <= iAlone; ++iX)
+            {
+                kRow.Outline(iX, kAreas[StepAt(iDist)]);
+                iDist = Tov_FixAdd(iDist, iStep);
+            }
+            pkSide->dist = iDist;
+            if (pkSide->xsright == iAlone)
+            {
+                uiInside = Cross(*pkSide, uiInside);
+            }
+        }
+        else
+        {
+            kRow.Outline(iX, Cover(*pkSide, iX, uiInside));
+            ++iX;
+        }
+        while (pkSide != nullptr && pkSide->xsright < iX)
         {
             pkSide = pkSide->AEnext;
         }
-        if (uiCover != 0)  // blending by 0 changes nothing
-        {
-            Access::BlendPixelSrcAlpha(kOffset, pxColor, static_cast<Tov_UByte>(uiCover));
-        }
-        ++iX;
-        Access::IncX(pkBitmap, kOffset);
     }
 }
 
@@ -289,7 +347,7 @@ void Kanvo_Polydraw_AA<PixelType, OffsetType, Access>::Polygon(Kanvo_Bitmap* pkB
     {
         kActive.Insert(ppkRows[iRow]);
         ppkRows[iRow] = nullptr;
-        FillRow<Access>(pkBitmap, kActive.First(), iRow, pxColor, ubAlpha);
+        FillRow(Row<Access>(pkBitmap, iRow, pxColor, ubAlpha), kActive.First());
         kActive.Advance(iRow);
         // A closed outline has a side in every row from its first to its last, so that no row behind has one.
         if (kActive.First() == nullptr)

@@ -3,6 +3,7 @@
 #ifndef KANVO_RASTERLINE_H
 #define KANVO_RASTERLINE_H
 
+#include <cstdlib>
 #include <type_traits>
 
 #include "Kanvo_Linedraw_Octant.h"
@@ -52,6 +53,47 @@ struct Kanvo_RasterWalk
             fxPosMaj = Tov_FixAdd(fxPosMaj, 0x10000);
             fxDist   = Tov_FixAdd(fxDist, fxDistStep);
         }
+    }
+
+    //! As Run, with those steps drawn all at once whose spans lie inside the clip range and the bitmap and meet neither the
+    //! near edge nor, fxDist2 behind it, the far one.
+    template <class SpanRender, class Style, class Span>
+    KANVO_INLINE void RunInside(Kanvo_Bitmap* pBitmap, const Kanvo_Line_clipRange& kMaj,
+                                const Kanvo_Line_clipRange& kMin, Tov_Fixed fxDistInc, Tov_Fixed fxDist2,
+                                const Style& kStyle, std::int64_t iSteps, Span kSpan)
+    {
+        using Edges = typename SpanRender::Limits;
+
+        Kanvo_SpanRange kMajors = SpanRender::Majors(pBitmap);
+        kMajors.Limit(kMaj.fxMin >> 16, kMaj.fxMax >> 16);
+        const std::int64_t iMost =
+            std::min<std::int64_t>(kMin.fxMax, std::int64_t{SpanRender::Minors(pBitmap).iLast + 1} * 0x10000) - 0x10000;
+
+        // The distance changes from x1, whose pixel begins up to a pixel before, to x2, whose pixel ends up to one behind.
+        const std::int64_t iSpanEnd = fxSpan + iSteps * fxSpanInc;
+        const std::int64_t iPixels  = (std::max<std::int64_t>(fxSpan, iSpanEnd) * 2 >> 16) + 2;
+        const std::int64_t iAround  = std::abs(std::int64_t{fxDistInc}) + 1;
+        const std::int64_t iAcross  = fxDistInc * iPixels;
+        const std::int64_t iNear    = Edges::FULL + iAround - std::min<std::int64_t>(iAcross, 0);
+        const std::int64_t iFar =
+            std::int64_t{fxDist2} - Edges::FAR_FULL - iAround - std::max<std::int64_t>(iAcross, 0);
+        Kanvo_DrawSteps(
+            iSteps,
+            [&](std::int64_t iStep)
+            {
+                const std::int64_t iMaj      = (fxPosMaj >> 16) + iStep;
+                const std::int64_t iMiddle   = fxPosMin + iStep * fxIncMin;
+                const std::int64_t iSpan     = fxSpan + iStep * fxSpanInc;
+                const std::int64_t iDistance = fxDist + iStep * fxDistStep;
+                return iDistance >= iNear && iDistance <= iFar && iSpan >= 0 && iMiddle - iSpan >= kMin.fxMin &&
+                       iMiddle + iSpan <= iMost && iMaj >= kMajors.iFirst && iMaj <= kMajors.iLast;
+            },
+            [&](Tov_Int iInside)
+            {
+                const Kanvo_PixelView kView{pBitmap->GetBuffer(), pBitmap->GetPitch()};
+                Run(iInside, [&] { SpanRender::DrawBody(kView, fxPosMaj, Lo(), Hi(), fxDist, fxDistInc, kStyle); });
+            },
+            [&] { Run(1, kSpan); });
     }
 
     //! Goes over the steps before a major position, as if they had been walked.
@@ -125,38 +167,35 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::rasterShortClip(Kanvo_Bitmap* pBi
     Kanvo_RasterWalk            kWalk(kData, kPos);
     kWalk.SkipTo(kMaj.fxMin);
     const std::int64_t iSteps = Kanvo_StepsUpTo(kWalk.fxPosMaj, std::min(kData.fxEndMaj, kMaj.fxMax));
-    if ((flags & (Kanvo_LF_ANTIALIAS | Kanvo_LF_HQ_AA)) != 0)
-    {
-        kWalk.Run(iSteps,
-                  [&]
-                  {
-                      SpanRender::RenderSpan2Edge(pBitmap, kWalk.fxPosMaj, kWalk.Lo(), kWalk.Hi(), kWalk.fxDist,
-                                                  kPos.fxNormalMin, fxFar, 0, kStyle, kMin.fxMax, kMin.fxMin,
-                                                  kMaj.fxMax, kMaj.fxMin);
-                  });
-        return;
-    }
-    kWalk.Run(iSteps,
-              [&]
-              {
-                  const Tov_Fixed fxLo = kWalk.Lo();
-                  const Tov_Fixed fxHi = kWalk.Hi();
-                  if (kMin.fxMin > fxHi || Tov_FixAdd(kMin.fxMax, 0x10000) < fxLo)
-                  {
-                      return;
-                  }
-                  // The part cut off at the start goes along, so that the distance still refers to the whole span.
-                  const Tov_Fixed fxClip  = std::min(Tov_FixSub(fxLo, kMin.fxMin), Tov_Fixed{0});
-                  Tov_Fixed       fxFrom  = Tov_FixSub(fxLo, fxClip);
-                  Tov_Fixed       fxUntil = std::min(fxHi, kMin.fxMax);
-                  if (fxFrom > fxUntil)
-                  {
-                      fxUntil = std::max(fxUntil, kMin.fxMin);
-                      fxFrom  = fxUntil;
-                  }
-                  SpanRender::RenderSpan2Edge(pBitmap, kWalk.fxPosMaj, fxFrom, fxUntil, kWalk.fxDist, kPos.fxNormalMin,
-                                              fxFar, fxClip, kStyle);
-              });
+    const Tov_Bool     bSoft  = (flags & (Kanvo_LF_ANTIALIAS | Kanvo_LF_HQ_AA)) != 0;
+    kWalk.template RunInside<SpanRender>(
+        pBitmap, kMaj, kMin, kPos.fxNormalMin, fxFar, kStyle, iSteps,
+        [&]
+        {
+            const Tov_Fixed fxLo = kWalk.Lo();
+            const Tov_Fixed fxHi = kWalk.Hi();
+            if (bSoft)
+            {
+                SpanRender::RenderSpan2Edge(pBitmap, kWalk.fxPosMaj, fxLo, fxHi, kWalk.fxDist, kPos.fxNormalMin, fxFar,
+                                            0, kStyle, kMin.fxMax, kMin.fxMin, kMaj.fxMax, kMaj.fxMin);
+                return;
+            }
+            if (kMin.fxMin > fxHi || Tov_FixAdd(kMin.fxMax, 0x10000) < fxLo)
+            {
+                return;
+            }
+            // The part cut off at the start goes along, so that the distance still refers to the whole span.
+            const Tov_Fixed fxClip  = std::min(Tov_FixSub(fxLo, kMin.fxMin), Tov_Fixed{0});
+            Tov_Fixed       fxFrom  = Tov_FixSub(fxLo, fxClip);
+            Tov_Fixed       fxUntil = std::min(fxHi, kMin.fxMax);
+            if (fxFrom > fxUntil)
+            {
+                fxUntil = std::max(fxUntil, kMin.fxMin);
+                fxFrom  = fxUntil;
+            }
+            SpanRender::RenderSpan2Edge(pBitmap, kWalk.fxPosMaj, fxFrom, fxUntil, kWalk.fxDist, kPos.fxNormalMin, fxFar,
+                                        fxClip, kStyle);
+        });
 }
 
 //! Sets the texture of a pattern line once, for all its spans: it advances through the distance.
@@ -205,13 +244,15 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::rasterPatternClip(Kanvo_Bitmap* p
         Kanvo_RasterWalk            kWalk(kData, kPos);
         Kanvo_SetUpTexture<SpanRender>(*kStyle, kWalk, kPos);
         kWalk.SkipTo(kMaj.fxMin);
-        kWalk.Run(Kanvo_StepsUpTo(kWalk.fxPosMaj, std::min(kData.fxEndMaj, Tov_FixAdd(kMaj.fxMax, 0xFFFF))),
-                  [&]
-                  {
-                      SpanRender::RenderSpanPattern2Edge(pBitmap, kWalk.fxPosMaj, kWalk.Lo(), kWalk.Hi(), kWalk.fxDist,
-                                                         kPos.fxNormalMin, fxFar, 0, kStyle, kMin.fxMax, kMin.fxMin,
-                                                         kMaj.fxMax, kMaj.fxMin);
-                  });
+        kWalk.template RunInside<SpanRender>(
+            pBitmap, kMaj, kMin, kPos.fxNormalMin, fxFar, kStyle,
+            Kanvo_StepsUpTo(kWalk.fxPosMaj, std::min(kData.fxEndMaj, Tov_FixAdd(kMaj.fxMax, 0xFFFF))),
+            [&]
+            {
+                SpanRender::RenderSpanPattern2Edge(pBitmap, kWalk.fxPosMaj, kWalk.Lo(), kWalk.Hi(), kWalk.fxDist,
+                                                   kPos.fxNormalMin, fxFar, 0, kStyle, kMin.fxMax, kMin.fxMin,
+                                                   kMaj.fxMax, kMaj.fxMin);
+            });
     }
 }
 

@@ -9,6 +9,9 @@
 template <class Access>
 struct Kanvo_HardEdges
 {
+    static constexpr Tov_Fixed FULL     = 1;
+    static constexpr Tov_Fixed FAR_FULL = 0;
+
     Kanvo_HardEdges(Tov_Fixed /*x1*/, Tov_Fixed /*x2*/) {}
 
     KANVO_INLINE Tov_Bool HasPixels() const { return true; }
@@ -20,6 +23,11 @@ struct Kanvo_HardEdges
             Access::PutPixel(kOffset, px);
         }
     }
+    template <class Pen>
+    KANVO_INLINE void DrawWhole(const Pen& kPen, Kanvo_SpanRange kRange, Kanvo_PixelARGB32 px) const
+    {
+        kPen.PutRun(kRange.iFirst, kRange.iLast, px);
+    }
 };
 
 //! Static methods over an axis and a style: a pixel value for colour lines, a Kanvo_Line_patternStyle* for pattern
@@ -30,6 +38,35 @@ class Kanvo_SpanRender : public Kanvo_SpanTwoEdges<Axis, Access, Kanvo_HardEdges
 {
 public:
     using Pen = Kanvo_SpanPen<Axis, Access>;
+
+    static constexpr Tov_Int POINT_PIXELS = 1;
+
+    //! Points of a line that lie inside the bitmap, as RenderPixel each: point i at (iMajor + i, fxMinor + i fxInc).
+    static KANVO_INLINE void DrawPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor,
+                                        Tov_Fixed fxInc, Tov_Int iCount, Kanvo_PixelARGB32 pxColor)
+    {
+        if constexpr (Axis::MAJOR_IN_ROW)
+        {
+            constexpr Tov_Fixed SHALLOW = 0x10000 / 12;  // runs of so many pixels are worth a division
+            if (Tov_FixAbs(fxInc) <= SHALLOW)
+            {
+                while (iCount > 0)
+                {
+                    const Tov_Int iRun = std::min(iCount, Kanvo_StepsInPixel(fxMinor, fxInc));
+                    Kanvo_PutRun<Access>(Axis::At(kView, iMajor, fxMinor >> 16), pxColor, iRun);
+                    iMajor += iRun;
+                    iCount -= iRun;
+                    fxMinor = Tov_FixAdd(fxMinor, Tov_IntMul(fxInc, iRun));
+                }
+                return;
+            }
+        }
+        for (; iCount > 0; --iCount)
+        {
+            Access::PutPixel(Axis::At(kView, iMajor++, fxMinor >> 16), pxColor);
+            fxMinor = Tov_FixAdd(fxMinor, fxInc);
+        }
+    }
 
     //! The pixel that holds the point.
     static KANVO_INLINE void RenderPixel(Kanvo_Bitmap* pBitmap, Tov_Fixed y, Tov_Fixed x, Kanvo_PixelARGB32 pxColor)

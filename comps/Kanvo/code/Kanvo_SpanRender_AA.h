@@ -10,6 +10,9 @@
 template <class Access>
 struct Kanvo_SoftEdges
 {
+    static constexpr Tov_Fixed FULL     = 0x10000;
+    static constexpr Tov_Fixed FAR_FULL = 0x10000;
+
     Tov_Int   iLast;
     Tov_UByte ubHead;
     Tov_UByte ubTail;
@@ -31,7 +34,20 @@ struct Kanvo_SoftEdges
         const Tov_Fixed fxFar = Tov_FixSub(fxDist2, fxNear);
         if (fxNear > 0 && fxFar >= 0)
         {
-            Access::BlendPixelSrcAlpha(kOffset, px, std::min(Limit(iPixel), Kanvo_TwoEdgeCover(fxNear, fxFar)));
+            Kanvo_BlendSrcAlpha<Access>(kOffset, px, std::min(Limit(iPixel), Kanvo_TwoEdgeCover(fxNear, fxFar)));
+        }
+    }
+    template <class Pen>
+    KANVO_INLINE void DrawWhole(const Pen& kPen, Kanvo_SpanRange kRange, Kanvo_PixelARGB32 px) const
+    {
+        if (kRange.iFirst == 0)
+        {
+            kPen.Blend(0, px, ubHead);
+        }
+        kPen.BlendRun(std::max<Tov_Int>(kRange.iFirst, 1), std::min(kRange.iLast, iLast - 1), px, 255);
+        if (kRange.iLast == iLast)
+        {
+            kPen.Blend(iLast, px, ubTail);
         }
     }
 };
@@ -42,6 +58,18 @@ class Kanvo_SpanRender_AA : public Kanvo_SpanTwoEdges<Axis, Access, Kanvo_SoftEd
 {
 public:
     using Pen = Kanvo_SpanPen<Axis, Access>;
+
+    static constexpr Tov_Int POINT_PIXELS = 2;
+
+    //! Points of a line that lie inside the bitmap, as RenderPixel each.
+    static KANVO_INLINE void DrawPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor,
+                                        Tov_Fixed fxInc, Tov_Int iCount, Kanvo_PixelARGB32 pxColor)
+    {
+        Kanvo_DrawSoftPoints<Axis, Access, POINT_PIXELS>(
+            kView, iMajor, fxMinor, fxInc, iCount, pxColor,
+            [](Tov_Fixed x, Tov_Int iPixel)
+            { return static_cast<Tov_UByte>(iPixel == 0 ? 255 - Kanvo_Fraction(x) : Kanvo_Fraction(x)); });
+    }
 
     //! The point shared by the two pixels that it lies between.
     static KANVO_INLINE void RenderPixel(Kanvo_Bitmap* pBitmap, Tov_Fixed y, Tov_Fixed x, Kanvo_PixelARGB32 pxColor)
@@ -103,7 +131,7 @@ public:
                             {
                                 if (fxD > 0)
                                 {
-                                    Access::BlendPixelSrcAlpha(
+                                    Kanvo_BlendSrcAlpha<Access>(
                                         kOffset, px, std::min(kEdges.Limit(iPixel), Kanvo_DistanceCover(fxD)));
                                 }
                             });

@@ -12,6 +12,15 @@ class Kanvo_SpanRender_HQAA : public Kanvo_SpanRender_AA<Axis, Style, Access>
 public:
     using Pen = Kanvo_SpanPen<Axis, Access>;
 
+    static constexpr Tov_Int POINT_PIXELS = 4;
+
+    //! Points of a line that lie inside the bitmap, as RenderPixel each.
+    static KANVO_INLINE void DrawPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor,
+                                        Tov_Fixed fxInc, Tov_Int iCount, Kanvo_PixelARGB32 pxColor)
+    {
+        Kanvo_DrawSoftPoints<Axis, Access, POINT_PIXELS>(kView, iMajor, fxMinor, fxInc, iCount, pxColor, &Tap);
+    }
+
     //! The point spread over four pixels.
     static KANVO_INLINE void RenderPixel(Kanvo_Bitmap* pBitmap, Tov_Fixed y, Tov_Fixed x, Kanvo_PixelARGB32 pxColor)
     {
@@ -84,8 +93,8 @@ public:
                                                               : iPixel < iLast  ? Tov_UByte{255}
                                                               : iPixel == iLast ? kEnds.ubTail0
                                                                                 : kEnds.ubTail1;
-                                    Access::BlendPixelSrcAlpha(kOffset, px,
-                                                               std::min(ubLimit, Kanvo_DistanceCover(fxD)));
+                                    Kanvo_BlendSrcAlpha<Access>(kOffset, px,
+                                                                std::min(ubLimit, Kanvo_DistanceCover(fxD)));
                                 }
                             });
     }

@@ -1,5 +1,6 @@
 // Kanvo_Spandraw: what the six span renderers share: the axis they paint along, the limits that keep a span inside the
-// bitmap, the colours of a pattern line, and the walk along a span whose edges are given by distances.
+// bitmap, the colours of a pattern line, and the walk along a span whose edges are given by distances. And, for dots and
+// polygons too, how one colour is blended over opaque pixels, of which most destinations are made, and in runs.
 //
 // A span lies across a line's major axis. Its pixels are counted from the one that holds its start:
 //
@@ -10,6 +11,7 @@
 #define KANVO_SPANDRAW_H
 
 #include <algorithm>
+#include <type_traits>
 
 #include "Kanvo_Geometry.h"
 #include "Kanvo_Pattern.h"
@@ -45,6 +47,114 @@ struct Kanvo_Line_patternStyle
     }
 };
 
+//! Blends a long run of one colour, each pixel as BlendPixelSrcAlpha does.
+inline void Kanvo_BlendLongRun(Kanvo_OffsetARGB32 kOffset, Tov_UInt uiCount, Kanvo_PixelARGB32 pxColor,
+                               Tov_UByte ubAlpha)
+{
+    if (Kanvo_PixelARGB32_Access::AlphaFromPixel(pxColor) == 255)
+    {
+        g_Kanvo_pkRows->pfnBlendColor(kOffset, uiCount, pxColor, ubAlpha);
+        return;
+    }
+    // What a translucent colour makes of a pixel depends on the pixel's alpha too. That is the rule of source pixels, so
+    // some are made up.
+    constexpr Tov_UInt MADE_UP = 64;
+    Kanvo_PixelARGB32  apxColor[MADE_UP];
+    std::fill_n(apxColor, std::min(uiCount, MADE_UP), pxColor);
+    while (uiCount > 0)
+    {
+        const Tov_UInt uiPart = std::min(uiCount, MADE_UP);
+        g_Kanvo_pkRows->pfnOver(kOffset, apxColor, uiPart, ubAlpha);
+        kOffset += uiPart;
+        uiCount -= uiPart;
+    }
+}
+
+//! Access::BlendPixelSrcAlpha, to be called.
+template <class Access>
+__attribute__((noinline)) void Kanvo_BlendTranslucent(typename Access::Offset kOffset, typename Access::Pixel pxColor,
+                                                      Tov_UByte ubAlpha)
+{
+    Access::BlendPixelSrcAlpha(kOffset, pxColor, ubAlpha);
+}
+
+//! Access::BlendPixelSrcAlpha. Of an opaque colour on an opaque pixel, which is what lines and shapes mostly are, little is
+//! left of it.
+template <class Access>
+KANVO_INLINE void Kanvo_BlendSrcAlpha(typename Access::Offset kOffset, typename Access::Pixel pxColor,
+                                      Tov_UByte ubAlpha)
+{
+    const typename Access::Pixel pxDst = Access::GetPixel(kOffset);
+    if (Access::AlphaFromPixel(pxDst & pxColor) == 255)
+    {
+        Access::PutPixel(kOffset, Kanvo_MixColor<7>(pxDst, pxColor, ubAlpha >> 1) | 0xFF000000U);
+    }
+    else
+    {
+        Kanvo_BlendTranslucent<Access>(kOffset, pxColor, ubAlpha);
+    }
+}
+
+//! What is left of BlendPixelSrcAlpha for opaque pixels and one colour at one alpha:
+//! d + floor((s - d) w / 128) is (d (128 - w) + s w) >> 7, four channels in two words of two lanes. The pixels stay opaque.
+struct Kanvo_OpaqueMix
+{
+    Tov_UInt uiRedBlue;
+    Tov_UInt uiAlphaGreen;
+    Tov_UInt uiRest;
+
+    KANVO_INLINE Kanvo_OpaqueMix(Kanvo_PixelARGB32 pxColor, Tov_UByte ubAlpha)
+    {
+        const Tov_UInt uiWeight = Kanvo_MulByte(ubAlpha, Kanvo_PixelARGB32_Access::AlphaFromPixel(pxColor)) >> 1;
+
+        uiRedBlue    = (pxColor & KANVO_LANES) * uiWeight;
+        uiAlphaGreen = (((pxColor | 0xFF000000U) >> 8) & KANVO_LANES) * uiWeight;
+        uiRest       = 128U - uiWeight;
+    }
+    KANVO_INLINE Kanvo_PixelARGB32 operator()(Kanvo_PixelARGB32 pxDst) const
+    {
+        return ((((pxDst & KANVO_LANES) * uiRest + uiRedBlue) >> 7) & KANVO_LANES) |
+               (((((pxDst >> 8) & KANVO_LANES) * uiRest + uiAlphaGreen) << 1) & (KANVO_LANES << 8));
+    }
+};
+
+//! Blends iCount pixels of one colour at one alpha, each as BlendPixelSrcAlpha does. kStep(offset) goes to the next.
+template <class Access, class Step>
+KANVO_INLINE void Kanvo_BlendPixels(typename Access::Offset kOffset, typename Access::Pixel pxColor, Tov_Int iCount,
+                                    Tov_UByte ubAlpha, Step kStep)
+{
+    const Kanvo_OpaqueMix kMix(pxColor, ubAlpha);
+    for (; iCount > 0; --iCount)
+    {
+        const typename Access::Pixel pxDst = Access::GetPixel(kOffset);
+        if (Access::AlphaFromPixel(pxDst) == 255)
+        {
+            Access::PutPixel(kOffset, kMix(pxDst));
+        }
+        else
+        {
+            Kanvo_BlendTranslucent<Access>(kOffset, pxColor, ubAlpha);
+        }
+        kStep(kOffset);
+    }
+}
+
+//! Blends a run of one colour, each pixel as BlendPixelSrcAlpha does; a count of 0 or less blends nothing.
+template <class Access>
+KANVO_INLINE void Kanvo_BlendRunSrcAlpha(typename Access::Offset kOffset, typename Access::Pixel pxColor,
+                                         Tov_Int iCount, Tov_UByte ubAlpha)
+{
+    if constexpr (std::is_same_v<Access, Kanvo_PixelARGB32_Access>)
+    {
+        if (iCount >= static_cast<Tov_Int>(KANVO_FEW_PIXELS))
+        {
+            Kanvo_BlendLongRun(kOffset, static_cast<Tov_UInt>(iCount), pxColor, ubAlpha);
+            return;
+        }
+    }
+    Kanvo_BlendPixels<Access>(kOffset, pxColor, iCount, ubAlpha, [](typename Access::Offset& kAt) { ++kAt; });
+}
+
 //! Pixels iFirst to iLast of a span, counted from its start.
 struct Kanvo_SpanRange
 {
@@ -65,20 +175,27 @@ struct Kanvo_AxisH
     using Pixel  = typename Access::Pixel;
     using Offset = typename Access::Offset;
 
+    static constexpr Tov_Bool MAJOR_IN_ROW = false;  //!< whether steps along the major axis stay in a row
+
     static Tov_Value Maj(const Kanvo_Vector2& kVector) { return kVector.y; }
     static Tov_Value Min(const Kanvo_Vector2& kVector) { return kVector.x; }
     static Tov_Int   MajorEnd(const Kanvo_Bitmap* pBitmap) { return static_cast<Tov_Int>(pBitmap->GetHeight()); }
     static Tov_Int   MinorEnd(const Kanvo_Bitmap* pBitmap) { return static_cast<Tov_Int>(pBitmap->GetWidth()); }
-    static KANVO_INLINE Offset At(const Kanvo_Bitmap* pBitmap, Tov_Int iMajor, Tov_Int iMinor)
+    static KANVO_INLINE Offset At(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Int iMinor)
     {
         Offset kOffset;
-        Access::GetOffset(pBitmap, static_cast<Tov_UInt>(iMinor), static_cast<Tov_UInt>(iMajor), kOffset);
+        Access::GetOffset(&kView, static_cast<Tov_UInt>(iMinor), static_cast<Tov_UInt>(iMajor), kOffset);
         return kOffset;
     }
-    static KANVO_INLINE void Step(const Kanvo_Bitmap* pBitmap, Offset& kOffset) { Access::IncX(pBitmap, kOffset); }
-    static KANVO_INLINE void PutRun(const Kanvo_Bitmap* /*pBitmap*/, Offset kOffset, Pixel px, Tov_Int iCount)
+    static KANVO_INLINE void Step(const Kanvo_PixelView& kView, Offset& kOffset) { Access::IncX(&kView, kOffset); }
+    static KANVO_INLINE void PutRun(const Kanvo_PixelView& /*kView*/, Offset kOffset, Pixel px, Tov_Int iCount)
     {
         Kanvo_PutRun<Access>(kOffset, px, iCount);
+    }
+    static KANVO_INLINE void BlendRun(const Kanvo_PixelView& /*kView*/, Offset kOffset, Pixel px, Tov_Int iCount,
+                                      Tov_UByte ubAlpha)
+    {
+        Kanvo_BlendRunSrcAlpha<Access>(kOffset, px, iCount, ubAlpha);
     }
 };
 
@@ -89,61 +206,104 @@ struct Kanvo_AxisV
     using Pixel  = typename Access::Pixel;
     using Offset = typename Access::Offset;
 
+    static constexpr Tov_Bool MAJOR_IN_ROW = true;
+
     static Tov_Value Maj(const Kanvo_Vector2& kVector) { return kVector.x; }
     static Tov_Value Min(const Kanvo_Vector2& kVector) { return kVector.y; }
     static Tov_Int   MajorEnd(const Kanvo_Bitmap* pBitmap) { return static_cast<Tov_Int>(pBitmap->GetWidth()); }
     static Tov_Int   MinorEnd(const Kanvo_Bitmap* pBitmap) { return static_cast<Tov_Int>(pBitmap->GetHeight()); }
-    static KANVO_INLINE Offset At(const Kanvo_Bitmap* pBitmap, Tov_Int iMajor, Tov_Int iMinor)
+    static KANVO_INLINE Offset At(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Int iMinor)
     {
         Offset kOffset;
-        Access::GetOffset(pBitmap, static_cast<Tov_UInt>(iMajor), static_cast<Tov_UInt>(iMinor), kOffset);
+        Access::GetOffset(&kView, static_cast<Tov_UInt>(iMajor), static_cast<Tov_UInt>(iMinor), kOffset);
         return kOffset;
     }
-    static KANVO_INLINE void Step(const Kanvo_Bitmap* pBitmap, Offset& kOffset) { Access::IncY(pBitmap, kOffset); }
-    static KANVO_INLINE void PutRun(const Kanvo_Bitmap* pBitmap, Offset kOffset, Pixel px, Tov_Int iCount)
+    static KANVO_INLINE void Step(const Kanvo_PixelView& kView, Offset& kOffset) { Access::IncY(&kView, kOffset); }
+    static KANVO_INLINE void PutRun(const Kanvo_PixelView& kView, Offset kOffset, Pixel px, Tov_Int iCount)
     {
         for (; iCount > 0; --iCount)
         {
             Access::PutPixel(kOffset, px);
-            Step(pBitmap, kOffset);
+            Step(kView, kOffset);
         }
+    }
+    static KANVO_INLINE void BlendRun(const Kanvo_PixelView& kView, Offset kOffset, Pixel px, Tov_Int iCount,
+                                      Tov_UByte ubAlpha)
+    {
+        Kanvo_BlendPixels<Access>(kOffset, px, iCount, ubAlpha, [&kView](Offset& kAt) { Step(kView, kAt); });
     }
 };
 
-//! A span on its way to the bitmap: knows which of its pixels lie inside, and writes only those. A line that lies inside
-//! the bitmap, as the callers promise or the clipper sees to, loses nothing; its footprint may still reach over the edge.
+//! A span on its way to the bitmap, of which no pixel lies outside.
 template <class Axis, class Access>
-class Kanvo_SpanPen
+class Kanvo_FreePen
 {
 public:
     using Pixel  = typename Axis::Pixel;
     using Offset = typename Axis::Offset;
 
-    Kanvo_SpanPen(const Kanvo_Bitmap* pBitmap, Tov_Fixed fxMajor, Tov_Fixed fxMinor)
-        : m_pBitmap(pBitmap),
+    KANVO_INLINE Kanvo_FreePen(const Kanvo_PixelView& kView, Tov_Fixed fxMajor, Tov_Fixed fxMinor)
+        : m_kView(kView),
           m_iMajor(Tov_FixToInt(fxMajor)),
           m_iStart(Tov_FixToInt(fxMinor))
     {
     }
 
+    KANVO_INLINE Offset At(Tov_Int iPixel) const { return Axis::At(m_kView, m_iMajor, m_iStart + iPixel); }
+    KANVO_INLINE void   Step(Offset& kOffset) const { Axis::Step(m_kView, kOffset); }
+
+    KANVO_INLINE void Blend(Tov_Int iPixel, Pixel px, Tov_UByte ubAlpha) const
+    {
+        Kanvo_BlendSrcAlpha<Access>(At(iPixel), px, ubAlpha);
+    }
+    //! Writes pixels iFirst to iLast, if there are any.
+    KANVO_INLINE void PutRun(Tov_Int iFirst, Tov_Int iLast, Pixel px) const
+    {
+        Axis::PutRun(m_kView, At(iFirst), px, iLast - iFirst + 1);
+    }
+    //! Blends them by one alpha.
+    KANVO_INLINE void BlendRun(Tov_Int iFirst, Tov_Int iLast, Pixel px, Tov_UByte ubAlpha) const
+    {
+        Axis::BlendRun(m_kView, At(iFirst), px, iLast - iFirst + 1, ubAlpha);
+    }
+
+protected:
+    Kanvo_PixelView m_kView;  // a copy, which writing pixels cannot change
+    Tov_Int         m_iMajor;
+    Tov_Int         m_iStart;
+};
+
+//! A span that knows which of its pixels lie inside the bitmap, and writes only those. A line that lies inside the bitmap,
+//! as the callers promise or the clipper sees to, loses nothing; its footprint may still reach over the edge.
+template <class Axis, class Access>
+class Kanvo_SpanPen : public Kanvo_FreePen<Axis, Access>
+{
+public:
+    using Free  = Kanvo_FreePen<Axis, Access>;
+    using Pixel = typename Axis::Pixel;
+
+    KANVO_INLINE Kanvo_SpanPen(const Kanvo_Bitmap* pBitmap, Tov_Fixed fxMajor, Tov_Fixed fxMinor)
+        : Free(Kanvo_PixelView{pBitmap->GetBuffer(), pBitmap->GetPitch()}, fxMajor, fxMinor),
+          m_kInside{-this->m_iStart, Axis::MinorEnd(pBitmap) - 1 - this->m_iStart}
+    {
+        if (this->m_iMajor < 0 || this->m_iMajor >= Axis::MajorEnd(pBitmap))
+        {
+            m_kInside = {0, -1};
+        }
+    }
+
     //! Cuts a range to the bitmap; an empty one where the whole row is outside.
     KANVO_INLINE Kanvo_SpanRange Inside(Kanvo_SpanRange kRange) const
     {
-        if (m_iMajor < 0 || m_iMajor >= Axis::MajorEnd(m_pBitmap))
-        {
-            return {0, -1};
-        }
-        kRange.Limit(-m_iStart, Axis::MinorEnd(m_pBitmap) - 1 - m_iStart);
+        kRange.Limit(m_kInside.iFirst, m_kInside.iLast);
         return kRange;
     }
-
-    KANVO_INLINE Offset At(Tov_Int iPixel) const { return Axis::At(m_pBitmap, m_iMajor, m_iStart + iPixel); }
 
     KANVO_INLINE void Put(Tov_Int iPixel, Pixel px) const
     {
         if (IsInside(iPixel))
         {
-            Access::PutPixel(At(iPixel), px);
+            Access::PutPixel(this->At(iPixel), px);
         }
     }
 
@@ -152,33 +312,35 @@ public:
     {
         if (ubAlpha != 0 && IsInside(iPixel))
         {
-            Access::BlendPixelSrcAlpha(At(iPixel), px, ubAlpha);
+            Free::Blend(iPixel, px, ubAlpha);
         }
     }
 
-    //! Writes pixels iFirst to iLast.
     KANVO_INLINE void PutRun(Tov_Int iFirst, Tov_Int iLast, Pixel px) const
     {
         const Kanvo_SpanRange kRange = Inside({iFirst, iLast});
         if (kRange.iFirst <= kRange.iLast)
         {
-            Axis::PutRun(m_pBitmap, At(kRange.iFirst), px, kRange.iLast - kRange.iFirst + 1);
+            Free::PutRun(kRange.iFirst, kRange.iLast, px);
         }
     }
 
-    KANVO_INLINE void Step(Offset& kOffset) const { Axis::Step(m_pBitmap, kOffset); }
+    KANVO_INLINE void BlendRun(Tov_Int iFirst, Tov_Int iLast, Pixel px, Tov_UByte ubAlpha) const
+    {
+        const Kanvo_SpanRange kRange = Inside({iFirst, iLast});
+        if (kRange.iFirst <= kRange.iLast)
+        {
+            Free::BlendRun(kRange.iFirst, kRange.iLast, px, ubAlpha);
+        }
+    }
 
 private:
     KANVO_INLINE Tov_Bool IsInside(Tov_Int iPixel) const
     {
-        const Tov_Int iMinor = m_iStart + iPixel;
-        return m_iMajor >= 0 && m_iMajor < Axis::MajorEnd(m_pBitmap) && iMinor >= 0 &&
-               iMinor < Axis::MinorEnd(m_pBitmap);
+        return iPixel >= m_kInside.iFirst && iPixel <= m_kInside.iLast;
     }
 
-    const Kanvo_Bitmap* m_pBitmap;
-    Tov_Int             m_iMajor;
-    Tov_Int             m_iStart;
+    Kanvo_SpanRange m_kInside;
 };
 
 //! Coverage of a fraction of a pixel, in 1/256.
@@ -272,8 +434,87 @@ KANVO_INLINE void Kanvo_WalkDistances(const Pen& kPen, Kanvo_SpanRange kRange, T
     }
 }
 
+//! Goes over iSteps steps of a line: those that kLies(step), counted from where the line stands, allows, all at once by
+//! kInside(count), those before and behind, of which there are few, one by one by kCareful(). Both draw and move on. What
+//! kLies allows must be one run of steps.
+template <class Lies, class Inside, class Careful>
+KANVO_INLINE void Kanvo_DrawSteps(std::int64_t iSteps, Lies kLies, Inside kInside, Careful kCareful)
+{
+    for (Tov_Bool bBefore = true; iSteps > 0;)
+    {
+        if (bBefore && kLies(0))
+        {
+            std::int64_t iInside = iSteps;
+            while (!kLies(iInside - 1))
+            {
+                --iInside;
+            }
+            kInside(static_cast<Tov_Int>(iInside));
+            iSteps -= iInside;
+            bBefore = false;
+        }
+        else
+        {
+            kCareful();
+            --iSteps;
+        }
+    }
+}
+
+//! Points along a line, POINT pixels each, which lie inside the bitmap: point i at (iMajor + i, fxMinor + i fxInc). kWeight
+//! (fxMinor, pixel of the point) is what a pixel is blended by.
+template <class Axis, class Access, Tov_Int POINT, class Weight>
+KANVO_INLINE void Kanvo_DrawSoftPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor, Tov_Fixed fxInc,
+                                       Tov_Int iCount, typename Access::Pixel px, Weight kWeight)
+{
+    if constexpr (Axis::MAJOR_IN_ROW)
+    {
+        if (fxInc == 0)
+        {
+            for (Tov_Int iPixel = 0; iPixel < POINT; ++iPixel)
+            {
+                if (const Tov_UByte ubAlpha = kWeight(fxMinor, iPixel); ubAlpha != 0)
+                {
+                    Kanvo_BlendRunSrcAlpha<Access>(Axis::At(kView, iMajor, (fxMinor >> 16) + iPixel), px, iCount,
+                                                   ubAlpha);
+                }
+            }
+            return;
+        }
+    }
+    for (; iCount > 0; --iCount)
+    {
+        auto kOffset = Axis::At(kView, iMajor, fxMinor >> 16);
+#pragma GCC unroll 4
+        for (Tov_Int iPixel = 0; iPixel < POINT; ++iPixel)
+        {
+            Kanvo_BlendSrcAlpha<Access>(kOffset, px, kWeight(fxMinor, iPixel));
+            Axis::Step(kView, kOffset);
+        }
+        ++iMajor;
+        fxMinor = Tov_FixAdd(fxMinor, fxInc);
+    }
+}
+
+//! How many steps from fxValue on stay in one pixel, the first included.
+KANVO_INLINE Tov_Int Kanvo_StepsInPixel(Tov_Fixed fxValue, Tov_Fixed fxInc)
+{
+    const Tov_Fixed fxFraction = fxValue & 0xFFFF;
+    return fxInc > 0 ? (0xFFFF - fxFraction) / fxInc + 1 : fxInc < 0 ? fxFraction / -fxInc + 1 : INT32_MAX;
+}
+
+//! Whether all pixels of a range have a distance of fxLeast to iMost. fxDist is that of pixel 0.
+KANVO_INLINE Tov_Bool Kanvo_DistancesLie(Kanvo_SpanRange kRange, Tov_Fixed fxDist, Tov_Fixed fxDistInc,
+                                         Tov_Fixed fxLeast, std::int64_t iMost)
+{
+    const std::int64_t iFirst = fxDist + std::int64_t{fxDistInc} * kRange.iFirst;
+    const std::int64_t iLast  = fxDist + std::int64_t{fxDistInc} * kRange.iLast;
+    return std::min(iFirst, iLast) >= fxLeast && std::max(iFirst, iLast) <= std::min<std::int64_t>(iMost, INT32_MAX);
+}
+
 //! Spans between two edges given by distances, in one colour or in those of a pattern, and the axis' vectors: what all
-//! renderers have in common. Edges decides what a pixel at a near and a far distance gets; it is made from x1 and x2.
+//! renderers have in common. Edges decides what a pixel at a near and a far distance gets; it is made from x1 and x2. From a
+//! near distance of Edges::FULL up to Edges::FAR_FULL before the far edge, a pixel is touched by neither.
 //! Coordinates and distances are 16.16; y is the major coordinate, x1 and x2 the ends along the minor axis. fxDist:
 //! distance at x1; fxDistInc: its change per pixel; fxDist2: distance of the far edge; fxClip: how far x1 was moved by
 //! clipping. The overloads with bounds draw inside them only; max_Minor is exclusive.
@@ -281,7 +522,42 @@ template <class Axis, class Access, class Edges>
 class Kanvo_SpanTwoEdges
 {
 public:
-    using Pen = Kanvo_SpanPen<Axis, Access>;
+    using Pen    = Kanvo_SpanPen<Axis, Access>;
+    using Limits = Edges;
+
+    //! RenderSpan2Edge or RenderSpanPattern2Edge of a span that lies inside the bitmap and meets neither edge. fxDist: the
+    //! distance at x1.
+    template <class Style>
+    static KANVO_INLINE void DrawBody(const Kanvo_PixelView& kView, Tov_Fixed y, Tov_Fixed x1, Tov_Fixed x2,
+                                      Tov_Fixed fxDist, Tov_Fixed fxDistInc, const Style& kStyle)
+    {
+        const Edges           kEdges(x1, x2);
+        const Kanvo_SpanRange kRange = Whole(x1, x2);
+        if (!kEdges.HasPixels())
+        {
+            return;
+        }
+        const Kanvo_FreePen<Axis, Access> kPen(kView, y, x1);
+        if constexpr (std::is_pointer_v<Style>)
+        {
+            Kanvo_PaintPattern kPaint(*kStyle, Kanvo_DistanceAtStart(x1, fxDist, fxDistInc, 0));
+            auto               kOffset = kPen.At(0);
+            for (Tov_Int iPixel = 0; iPixel <= kRange.iLast; ++iPixel)
+            {
+                kEdges.Draw(kOffset, kPaint.Color(), iPixel, 0x10000, 0x20000);  // a pixel from either edge
+                kPen.Step(kOffset);
+                kPaint.Skip(1);
+            }
+        }
+        else
+        {
+            kEdges.DrawWhole(kPen, kRange, kStyle);
+        }
+    }
+
+    //! The pixels that there are.
+    static Kanvo_SpanRange Majors(const Kanvo_Bitmap* pBitmap) { return {0, Axis::MajorEnd(pBitmap) - 1}; }
+    static Kanvo_SpanRange Minors(const Kanvo_Bitmap* pBitmap) { return {0, Axis::MinorEnd(pBitmap) - 1}; }
 
     static Tov_Value GetMajFromVector(const Kanvo_Vector2& kVector) { return Axis::Maj(kVector); }
     static Tov_Value GetMinFromVector(const Kanvo_Vector2& kVector) { return Axis::Min(kVector); }
@@ -332,12 +608,23 @@ private:
                                   Paint kPaint)
     {
         const Edges kEdges(x1, x2);
-        if (kEdges.HasPixels())
+        if (!kEdges.HasPixels() || kRange.iFirst > kRange.iLast)
         {
-            Kanvo_WalkDistances(Pen(pBitmap, y, x1), kRange, fxDist, fxDistInc, kPaint,
-                                [=](Tov_Int iPixel, typename Pen::Offset kOffset, Tov_Fixed fxNear,
-                                    Kanvo_PixelARGB32 px) { kEdges.Draw(kOffset, px, iPixel, fxNear, fxDist2); });
+            return;
         }
+        const Pen kPen(pBitmap, y, x1);
+        if constexpr (std::is_same_v<Paint, Kanvo_PaintColor>)
+        {
+            // Of a long line most spans meet neither edge.
+            if (Kanvo_DistancesLie(kRange, fxDist, fxDistInc, Edges::FULL, std::int64_t{fxDist2} - Edges::FAR_FULL))
+            {
+                kEdges.DrawWhole(kPen, kRange, kPaint.pxColor);
+                return;
+            }
+        }
+        Kanvo_WalkDistances(kPen, kRange, fxDist, fxDistInc, kPaint,
+                            [=](Tov_Int iPixel, typename Pen::Offset kOffset, Tov_Fixed fxNear, Kanvo_PixelARGB32 px)
+                            { kEdges.Draw(kOffset, px, iPixel, fxNear, fxDist2); });
     }
 };
 

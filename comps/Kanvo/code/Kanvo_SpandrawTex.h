@@ -3,6 +3,9 @@
 #ifndef KANVO_SPANDRAWTEX_H
 #define KANVO_SPANDRAWTEX_H
 
+#include <algorithm>
+#include <type_traits>
+
 #include "Kanvo_BitmapA8.h"
 #include "Kanvo_Spandraw.h"
 
@@ -11,6 +14,8 @@ struct Kanvo_Polydraw_data
 {
     Tov_UInt uiValue;  //!< the colour or the alpha that the write-back uses
 };
+
+constexpr Tov_UInt KANVO_STRIP = 64;  //!< texels that are gathered for a row function
 
 //! The texel at (u, v), 16.16, wrapped by the masks (16.16 too, fraction bits set). uiN: log2 of the row length in texels.
 template <class TextureAccess>
@@ -25,7 +30,8 @@ KANVO_INLINE typename TextureAccess::Pixel Kanvo_ReadTexel(typename TextureAcces
 }
 
 //! A write-back reads the texel at (u, v) of the texture that starts at rkSrc and combines it with the pixel at rkDest.
-//! This base does the reading; Rule::Write(destination, texel, data) is the combination.
+//! This base does the reading; Rule::Write(destination, texel, data) is the combination. A write-back may also have a
+//! Strip, which takes up to KANVO_STRIP texels and combines all with pixels side by side, giving the same bytes.
 template <class TextureAccess, class Rule>
 struct Kanvo_WritebackTex
 {
@@ -57,6 +63,27 @@ struct Kanvo_WritebackTex_Alpha : Kanvo_WritebackTex<Kanvo_PixelARGB32_Access, K
     {
         Kanvo_PixelARGB32_Access::BlendPixel(kDest, pxTexel, static_cast<Tov_UByte>(rData.uiValue));
     }
+
+    //! Made opaque, texels blend by their own alpha times the data as they do by the data alone.
+    class Strip
+    {
+    public:
+        Strip(const Kanvo_Polydraw_data& rData, Tov_UInt /*uiCount*/) : m_ubAlpha(static_cast<Tov_UByte>(rData.uiValue))
+        {
+        }
+        KANVO_INLINE void Take(Tov_UInt uiIndex, Kanvo_PixelARGB32 pxTexel)
+        {
+            m_apxTexels[uiIndex] = Kanvo_PixelARGB32_Access::ColorAndAlphaToPixel(pxTexel, 255);
+        }
+        void Write(Kanvo_OffsetARGB32 kDest, Tov_UInt uiCount) const
+        {
+            g_Kanvo_pkRows->pfnOver(kDest, m_apxTexels, uiCount, m_ubAlpha);
+        }
+
+    private:
+        Tov_UByte         m_ubAlpha;
+        Kanvo_PixelARGB32 m_apxTexels[KANVO_STRIP];
+    };
 };
 
 //! The texel's colour added; the pixel becomes opaque.
@@ -69,6 +96,25 @@ struct Kanvo_WritebackTex_Additive : Kanvo_WritebackTex<Kanvo_PixelARGB32_Access
     }
 };
 
+//! Coverages for one colour.
+class Kanvo_CoverStrip
+{
+public:
+    Kanvo_CoverStrip(Kanvo_PixelARGB32 pxColor, Tov_UInt uiCount)
+    {
+        std::fill_n(m_apxColor, std::min(uiCount, KANVO_STRIP), pxColor);
+    }
+    KANVO_INLINE void Take(Tov_UInt uiIndex, Tov_UByte ubCover) { m_aubCover[uiIndex] = ubCover; }
+    void              Write(Kanvo_OffsetARGB32 kDest, Tov_UInt uiCount) const
+    {
+        g_Kanvo_pkRows->pfnBlendMask(kDest, m_apxColor, m_aubCover, uiCount, 255);
+    }
+
+private:
+    Kanvo_PixelARGB32 m_apxColor[KANVO_STRIP];
+    Tov_UByte         m_aubCover[KANVO_STRIP];
+};
+
 //! The colour of the data, with the texel as its coverage. The colour's own alpha is not read.
 struct Kanvo_WritebackTex_Color : Kanvo_WritebackTex<Kanvo_PixelA8_Access, Kanvo_WritebackTex_Color>
 {
@@ -79,6 +125,15 @@ struct Kanvo_WritebackTex_Color : Kanvo_WritebackTex<Kanvo_PixelA8_Access, Kanvo
             Kanvo_PixelARGB32_Access::BlendPixel(kDest, Kanvo_PixelARGB32_Access::ColorToPixel(rData.uiValue), pxTexel);
         }
     }
+
+    class Strip : public Kanvo_CoverStrip
+    {
+    public:
+        Strip(const Kanvo_Polydraw_data& rData, Tov_UInt uiCount)
+            : Kanvo_CoverStrip(Kanvo_PixelARGB32_Access::ColorToPixel(rData.uiValue), uiCount)
+        {
+        }
+    };
 };
 
 //! The colour of the data, with the texel times the data's alpha as its coverage.
@@ -87,14 +142,58 @@ struct Kanvo_WritebackTex_ColorAlpha : Kanvo_WritebackTex<Kanvo_PixelA8_Access, 
 {
     static KANVO_INLINE void Write(Kanvo_OffsetARGB32 kDest, Kanvo_PixelA8 pxTexel, const Kanvo_Polydraw_data& rData)
     {
-        const auto ubCover = static_cast<Tov_UByte>(((rData.uiValue >> 24) * pxTexel) >> 8);
+        const Tov_UByte ubCover = Cover(rData.uiValue >> 24, pxTexel);
         if (ubCover != 0)
         {
             Kanvo_PixelARGB32_Access::BlendPixel(
                 kDest, Kanvo_PixelARGB32_Access::ColorToPixel(rData.uiValue & 0x00FFFFFFU), ubCover);
         }
     }
+
+    class Strip : public Kanvo_CoverStrip
+    {
+    public:
+        Strip(const Kanvo_Polydraw_data& rData, Tov_UInt uiCount)
+            : Kanvo_CoverStrip(Kanvo_PixelARGB32_Access::ColorToPixel(rData.uiValue & 0x00FFFFFFU), uiCount),
+              m_uiAlpha(rData.uiValue >> 24)
+        {
+        }
+        KANVO_INLINE void Take(Tov_UInt uiIndex, Kanvo_PixelA8 pxTexel)
+        {
+            Kanvo_CoverStrip::Take(uiIndex, Cover(m_uiAlpha, pxTexel));
+        }
+
+    private:
+        Tov_UInt m_uiAlpha;
+    };
+
+private:
+    static KANVO_INLINE Tov_UByte Cover(Tov_UInt uiAlpha, Kanvo_PixelA8 pxTexel)
+    {
+        return static_cast<Tov_UByte>((uiAlpha * pxTexel) >> 8);
+    }
 };
+
+//! Whether a write-back has a Strip.
+template <class Writeback, class = void>
+struct Kanvo_HasStrip : std::false_type
+{
+};
+template <class Writeback>
+struct Kanvo_HasStrip<Writeback, std::void_t<typename Writeback::Strip>> : std::true_type
+{
+};
+
+//! Whether a texture has the pixels of a row among its texels, so that texels change while the row is drawn.
+template <class TextureOffset>
+inline Tov_Bool Kanvo_TextureMeets(TextureOffset kTexture, Tov_UInt uiRows, Tov_UInt uiN, const Kanvo_PixelARGB32* kRow,
+                                   Tov_UInt uiCount)
+{
+    const auto uiTexture = reinterpret_cast<std::uintptr_t>(kTexture);
+    const auto uiRow     = reinterpret_cast<std::uintptr_t>(kRow);
+    const auto uiBytes   = (static_cast<std::uintptr_t>(uiRows) << uiN) * sizeof *kTexture;
+    return uiRow < uiTexture + uiBytes && uiTexture < uiRow + uiCount * sizeof *kRow;
+}
 
 //! Spans of the row that holds y, from the pixel that holds x1 to the one that holds x2, all 16.16. Pixels outside the
 //! bitmap are left out. rTexture: the texture's first texel; uiN, uiMaskX, uiMaskY: see Kanvo_ReadTexel.
@@ -200,10 +299,32 @@ private:
         {
             return;
         }
-        u            = Tov_FixAdd(u, Tov_IntMul(kRange.iFirst, ux));
-        v            = Tov_FixAdd(v, Tov_IntMul(kRange.iFirst, vx));
-        auto kOffset = kPen.At(kRange.iFirst);
-        for (Tov_Int iPixel = kRange.iFirst; iPixel <= kRange.iLast; ++iPixel)
+        u                  = Tov_FixAdd(u, Tov_IntMul(kRange.iFirst, ux));
+        v                  = Tov_FixAdd(v, Tov_IntMul(kRange.iFirst, vx));
+        auto       kOffset = kPen.At(kRange.iFirst);
+        const auto uiCount = static_cast<Tov_UInt>(kRange.iLast - kRange.iFirst + 1);
+        if constexpr (Kanvo_HasStrip<Writeback>::value)
+        {
+            if (uiCount >= KANVO_FEW_PIXELS &&
+                !Kanvo_TextureMeets(rTexture, (uiMaskY >> 16) + 1, uiN, kOffset, uiCount))
+            {
+                typename Writeback::Strip kStrip(rData, uiCount);
+                for (Tov_UInt uiDone = 0; uiDone < uiCount; uiDone += KANVO_STRIP)
+                {
+                    const Tov_UInt uiPart = std::min(KANVO_STRIP, uiCount - uiDone);
+                    for (Tov_UInt uiIndex = 0; uiIndex < uiPart; ++uiIndex)
+                    {
+                        kStrip.Take(uiIndex, Kanvo_ReadTexel<typename Writeback::Texture>(rTexture, u, v, uiMaskX,
+                                                                                          uiMaskY, uiN));
+                        u = Tov_FixAdd(u, ux);
+                        v = Tov_FixAdd(v, vx);
+                    }
+                    kStrip.Write(kOffset + uiDone, uiPart);
+                }
+                return;
+            }
+        }
+        for (Tov_UInt uiPixel = 0; uiPixel < uiCount; ++uiPixel)
         {
             Writeback::BlendTexel(rTexture, kOffset, u, v, uiMaskX, uiMaskY, uiN, rData);
             kPen.Step(kOffset);

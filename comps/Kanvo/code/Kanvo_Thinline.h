@@ -4,6 +4,48 @@
 
 #include "Kanvo_Linedraw_Octant.h"
 
+//! Walks the major steps of a thin line.
+struct Kanvo_ThinWalk
+{
+    Tov_Fixed fxPosMaj;
+    Tov_Fixed fxPosMin;
+    Tov_Fixed fxIncMin;
+
+    //! Draws iSteps points: those that lie in both ranges with all their pixels at once, others by kPoint().
+    template <class SpanRender, class Style, class Point>
+    KANVO_INLINE void Draw(const Kanvo_Bitmap* pBitmap, std::int64_t iSteps, const Kanvo_SpanRange& kMajors,
+                           Kanvo_SpanRange kMinors, const Style& kStyle, Point kPoint)
+    {
+        kMinors.iLast -= SpanRender::POINT_PIXELS - 1;
+        Kanvo_DrawSteps(
+            iSteps, [&](std::int64_t iStep) { return Lies(iStep, kMajors, kMinors); },
+            [&](Tov_Int iInside)
+            {
+                SpanRender::DrawPoints(Kanvo_PixelView{pBitmap->GetBuffer(), pBitmap->GetPitch()}, fxPosMaj >> 16,
+                                       fxPosMin, fxIncMin, iInside, kStyle);
+                Skip(iInside);
+            },
+            [&]
+            {
+                kPoint();
+                Skip(1);
+            });
+    }
+
+private:
+    KANVO_INLINE Tov_Bool Lies(std::int64_t iStep, const Kanvo_SpanRange& kMajors, const Kanvo_SpanRange& kMinors) const
+    {
+        const std::int64_t iMaj = (fxPosMaj >> 16) + iStep;
+        const std::int64_t iMin = (fxPosMin + iStep * fxIncMin) >> 16;
+        return iMaj >= kMajors.iFirst && iMaj <= kMajors.iLast && iMin >= kMinors.iFirst && iMin <= kMinors.iLast;
+    }
+    KANVO_INLINE void Skip(Tov_Int iSteps)
+    {
+        fxPosMaj = Tov_FixAdd(fxPosMaj, Tov_IntMul(0x10000, iSteps));
+        fxPosMin = Tov_FixAdd(fxPosMin, Tov_IntMul(fxIncMin, iSteps));
+    }
+};
+
 template <class Style, class SpanRender>
 void Kanvo_Linedraw_Octant<Style, SpanRender>::ThinLineOctant(Kanvo_Bitmap* pBitmap, Tov_Value vStartMaj,
                                                               Tov_Value vStartMin, Tov_Value vDeltaMaj,
@@ -41,29 +83,33 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::ThinLineInner(Kanvo_Bitmap* pBitm
             uiCode |= CB_OUTOFBOUND;
         }
     }
-    const std::int64_t iEndMaj = std::int64_t{fxStartMaj} + fxDeltaMaj;  // may lie beyond the upper end of 16.16
-    if ((uiCode & (CF_CLIPPED | CB_OUTOFBOUND | CF_OVERFLOW)) != 0)
+    Kanvo_ThinWalk  kWalk{fxPosMaj, fxPosMin, fxIncMin};
+    std::int64_t    iEndMaj  = std::int64_t{fxStartMaj} + fxDeltaMaj;  // may lie beyond the upper end of 16.16
+    Kanvo_SpanRange kMajors  = SpanRender::Majors(pBitmap);
+    Kanvo_SpanRange kMinors  = SpanRender::Minors(pBitmap);
+    const Tov_Bool  bClipped = (uiCode & (CF_CLIPPED | CB_OUTOFBOUND | CF_OVERFLOW)) != 0;
+    if (bClipped)
     {
         // KEPT: a clipped line goes on for half a pixel, so that it reaches the border it was clipped at; others do not.
         // Test: AClippedThinLineGoesOnForHalfAPixel.
-        const std::int64_t iEnd = std::min<std::int64_t>(iEndMaj + 32768, fxMaxMaj);
-        for (std::int64_t iStep = Kanvo_StepsUpTo(fxPosMaj, iEnd); iStep > 0; --iStep)
-        {
-            SpanRender::RenderPixel(pBitmap, fxPosMaj, fxPosMin, kStyle, fxMaxMin, fxMinMin, fxMaxMaj, fxMinMaj);
-            fxPosMaj = Tov_FixAdd(fxPosMaj, 0x10000);
-            fxPosMin = Tov_FixAdd(fxPosMin, fxIncMin);
-        }
+        iEndMaj += 32768;
+        kMajors.Limit(fxMinMaj >> 16, fxMaxMaj >> 16);
+        kMinors.Limit(fxMinMin >> 16, fxMaxMin >> 16);
     }
-    else
-    {
-        for (std::int64_t iStep = Kanvo_StepsUpTo(fxPosMaj, std::min<std::int64_t>(iEndMaj, fxMaxMaj)); iStep > 0;
-             --iStep)
-        {
-            SpanRender::RenderPixel(pBitmap, fxPosMaj, fxPosMin, kStyle);
-            fxPosMaj = Tov_FixAdd(fxPosMaj, 0x10000);
-            fxPosMin = Tov_FixAdd(fxPosMin, fxIncMin);
-        }
-    }
+    kWalk.template Draw<SpanRender>(pBitmap, Kanvo_StepsUpTo(fxPosMaj, std::min<std::int64_t>(iEndMaj, fxMaxMaj)),
+                                    kMajors, kMinors, kStyle,
+                                    [&]
+                                    {
+                                        if (bClipped)
+                                        {
+                                            SpanRender::RenderPixel(pBitmap, kWalk.fxPosMaj, kWalk.fxPosMin, kStyle,
+                                                                    fxMaxMin, fxMinMin, fxMaxMaj, fxMinMaj);
+                                        }
+                                        else
+                                        {
+                                            SpanRender::RenderPixel(pBitmap, kWalk.fxPosMaj, kWalk.fxPosMin, kStyle);
+                                        }
+                                    });
 }
 
 #endif

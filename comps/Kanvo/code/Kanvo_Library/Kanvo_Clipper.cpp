@@ -207,28 +207,6 @@ private:
 
 }  // namespace
 
-void Kanvo_Clipper::InitRegionV(Tov_Value vMinX, Tov_Value vMinY, Tov_Value vMaxX, Tov_Value vMaxY,
-                                Tov_Value /*vEpsilon*/)
-{
-    s_kRegion = {vMinX, vMinY, vMaxX, vMaxY};
-}
-
-void Kanvo_Clipper::SetOverFlowMargin(Tov_Value vMargin)
-{
-    s_vMargin = vMargin;
-}
-
-Tov_Flag Kanvo_Clipper::ClipLine(Kanvo_Vector2& kA, Kanvo_Vector2& kB, bool bOverflow, Tov_Value vLeft, Tov_Value vTop,
-                                 Tov_Value vRight, Tov_Value vBottom)
-{
-    const Region   kWidened = {s_kRegion.vMinX + vLeft, s_kRegion.vMinY + vTop, s_kRegion.vMaxX + vRight,
-                               s_kRegion.vMaxY + vBottom};
-    Tov_Value      vTa      = 0.0F;
-    Tov_Value      vTb      = 1.0F;
-    const Tov_Flag ulCode   = Clip(kWidened, kA, kB, vTa, vTb);
-    return ulCode != CF_NOTVIS && bOverflow ? ulCode | OverflowFlag(kA, kB, s_vMargin) : ulCode;
-}
-
 Tov_Flag Kanvo_Clipper::ClipLinePara(Kanvo_Vector2& kA, Kanvo_Vector2& kB, Tov_Value& vTa, Tov_Value& vTb)
 {
     constexpr Tov_Value vMargin = 5.0F;
@@ -237,11 +215,6 @@ Tov_Flag Kanvo_Clipper::ClipLinePara(Kanvo_Vector2& kA, Kanvo_Vector2& kB, Tov_V
     vTb                   = 1.0F;
     const Tov_Flag ulCode = Clip(s_kRegion, kA, kB, vTa, vTb);
     return ulCode != CF_NOTVIS ? ulCode | OverflowFlag(kA, kB, vMargin) : ulCode;
-}
-
-Tov_Bool Kanvo_Clipper::Region::Holds(const Kanvo_Vector2& kPoint) const
-{
-    return kPoint.x >= vMinX && kPoint.x <= vMaxX && kPoint.y >= vMinY && kPoint.y <= vMaxY;
 }
 
 Tov_Flag Kanvo_Clipper::Clip(const Region& kRegion, Kanvo_Vector2& kA, Kanvo_Vector2& kB, Tov_Value& vTa,
@@ -288,13 +261,6 @@ Tov_Flag Kanvo_Clipper::Clip(const Region& kRegion, Kanvo_Vector2& kA, Kanvo_Vec
     return CF_VIS | CF_CLIPPED;
 }
 
-Tov_Flag Kanvo_Clipper::OverflowFlag(const Kanvo_Vector2& kA, const Kanvo_Vector2& kB, Tov_Value vMargin)
-{
-    const Region kInner = {s_kRegion.vMinX + vMargin, s_kRegion.vMinY + vMargin, s_kRegion.vMaxX - vMargin,
-                           s_kRegion.vMaxY - vMargin};
-    return kInner.Holds(kA) && kInner.Holds(kB) ? 0U : CF_OVERFLOW;
-}
-
 // ---- outlines -------------------------------------------------------------------------------------------------------
 
 void Kanvo_Clipper::InitRegion(Tov_Value vMinX, Tov_Value vMinY, Tov_Value vMaxX, Tov_Value vMaxY, Tov_Value vEpsilon)
@@ -302,6 +268,26 @@ void Kanvo_Clipper::InitRegion(Tov_Value vMinX, Tov_Value vMinY, Tov_Value vMaxX
     // From 2048 on the epsilon alone is lost in the rounding of a bound.
     s_kPolygonRegion = {vMinX, vMinY, std::min(vMaxX - vEpsilon, NextBelow(vMaxX)),
                         std::min(vMaxY - vEpsilon, NextBelow(vMaxY))};
+}
+
+//! The outline as it is, in the clip buffer; null where it does not lie inside, or does not fit.
+const Kanvo_Coord2D* Kanvo_Clipper::CopyInside(const Region& kRegion, const void* pvValues, Tov_UInt uiCount,
+                                               Tov_UInt uiPitch)
+{
+    if (uiCount > Kanvo_PolyGetCorners())
+    {
+        return nullptr;
+    }
+    Kanvo_Coord2D* const pkCopy = Kanvo_PolyGetClipBuffer(uiCount);
+    for (Tov_UInt uiIndex = 0; uiIndex < uiCount; ++uiIndex)
+    {
+        pkCopy[uiIndex] = Kanvo_ReadVertex(pvValues, uiPitch, uiIndex);
+        if (!kRegion.Holds(Kanvo_Vector2(pkCopy[uiIndex].x, pkCopy[uiIndex].y)))
+        {
+            return nullptr;
+        }
+    }
+    return pkCopy;
 }
 
 const Kanvo_Coord2D* Kanvo_Clipper::ClipPolygon(const void* pvValues, Tov_UInt uiCount, Tov_UInt uiPitch,
@@ -312,6 +298,11 @@ const Kanvo_Coord2D* Kanvo_Clipper::ClipPolygon(const void* pvValues, Tov_UInt u
     if (pvValues == nullptr || uiCount < 3 || !(kRegion.vMinX <= kRegion.vMaxX && kRegion.vMinY <= kRegion.vMaxY))
     {
         return nullptr;
+    }
+    if (const Kanvo_Coord2D* const pkSame = CopyInside(kRegion, pvValues, uiCount, uiPitch))
+    {
+        uiOutCount = uiCount;
+        return pkSame;
     }
     OutlineBuffer kResult(Kanvo_PolyGetCorners());
     HalfPlane     kRight(kResult, &Kanvo_Coord2D::x, &Kanvo_Coord2D::y, kRegion.vMaxX, true);

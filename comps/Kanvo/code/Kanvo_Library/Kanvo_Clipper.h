@@ -60,15 +60,57 @@ private:
         Tov_Value vMaxX;
         Tov_Value vMaxY;
 
-        Tov_Bool Holds(const Kanvo_Vector2& kPoint) const;
+        Tov_Bool Holds(const Kanvo_Vector2& kPoint) const
+        {
+            return kPoint.x >= vMinX && kPoint.x <= vMaxX && kPoint.y >= vMinY && kPoint.y <= vMaxY;
+        }
+        //! With its bounds moved.
+        Region Moved(Tov_Value vLeft, Tov_Value vTop, Tov_Value vRight, Tov_Value vBottom) const
+        {
+            return {vMinX + vLeft, vMinY + vTop, vMaxX + vRight, vMaxY + vBottom};
+        }
     };
 
+    static const Kanvo_Coord2D* CopyInside(const Region& kRegion, const void* pvValues, Tov_UInt uiCount,
+                                           Tov_UInt uiPitch);
+
     static Tov_Flag Clip(const Region& kRegion, Kanvo_Vector2& kA, Kanvo_Vector2& kB, Tov_Value& vTa, Tov_Value& vTb);
-    static Tov_Flag OverflowFlag(const Kanvo_Vector2& kA, const Kanvo_Vector2& kB, Tov_Value vMargin);
+    static Tov_Flag OverflowFlag(const Kanvo_Vector2& kA, const Kanvo_Vector2& kB, Tov_Value vMargin)
+    {
+        const Region kInner = s_kRegion.Moved(vMargin, vMargin, -vMargin, -vMargin);
+        return kInner.Holds(kA) && kInner.Holds(kB) ? 0U : CF_OVERFLOW;
+    }
 
     static Region    s_kRegion;
     static Region    s_kPolygonRegion;
     static Tov_Value s_vMargin;
 };
+
+// Most lines lie well inside: what these need stands here, where it costs no calls.
+
+inline void Kanvo_Clipper::InitRegionV(Tov_Value vMinX, Tov_Value vMinY, Tov_Value vMaxX, Tov_Value vMaxY,
+                                       Tov_Value /*vEpsilon*/)
+{
+    s_kRegion = {vMinX, vMinY, vMaxX, vMaxY};
+}
+
+inline void Kanvo_Clipper::SetOverFlowMargin(Tov_Value vMargin)
+{
+    s_vMargin = vMargin;
+}
+
+inline Tov_Flag Kanvo_Clipper::ClipLine(Kanvo_Vector2& kA, Kanvo_Vector2& kB, bool bOverflow, Tov_Value vLeft,
+                                        Tov_Value vTop, Tov_Value vRight, Tov_Value vBottom)
+{
+    const Region kWidened = s_kRegion.Moved(vLeft, vTop, vRight, vBottom);
+    Tov_Flag     ulCode   = CF_VIS;
+    if (!kWidened.Holds(kA) || !kWidened.Holds(kB))
+    {
+        Tov_Value vTa = 0.0F;
+        Tov_Value vTb = 1.0F;
+        ulCode        = Clip(kWidened, kA, kB, vTa, vTb);
+    }
+    return ulCode != CF_NOTVIS && bOverflow ? ulCode | OverflowFlag(kA, kB, s_vMargin) : ulCode;
+}
 
 #endif

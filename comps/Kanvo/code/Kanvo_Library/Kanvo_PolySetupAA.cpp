@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Kanvo_ColorMath.h"
 #include "Kanvo_Tables.h"
 #include "Tov_Math.h"
 
@@ -20,21 +21,24 @@ constexpr Tov_Int   ALL        = 0x3FFFFFFF;  // the sub-samples of a pixel
 // Pixel ranges keep this far from the right border: a corner may lie on the border, and x drifts while it is stepped.
 constexpr Tov_Value BORDER = 1.0F / 16.0F;
 
-Tov_Int Floor(Tov_Value vValue)
+//! floor(vValue), saturated.
+KANVO_INLINE Tov_Int Floor(Tov_Value vValue)
 {
-    return Tov_FltToInt(std::floor(vValue));
+    const Tov_Int iTruncated = Tov_FltToInt(vValue);
+    return iTruncated - (static_cast<Tov_Value>(iTruncated) > vValue && iTruncated != INT32_MIN ? 1 : 0);
 }
 
-Tov_Int Round(Tov_Value vValue)
+KANVO_INLINE Tov_Int Round(Tov_Value vValue)
 {
-    return Tov_FltToInt(std::floor(vValue + 0.5F));
+    return Floor(vValue + 0.5F);
 }
 
-//! How many sub-sample rows of its pixel row lie above vY.
-Tov_Int RowsAbove(Tov_Value vY)
+//! How many sub-sample rows of its pixel row lie above vY, which is not negative.
+KANVO_INLINE Tov_Int RowsAbove(Tov_Value vY)
 {
-    const Tov_Int iRows = Tov_FltToInt(std::ceil(SUBSAMPLES * (vY - std::floor(vY)) - 0.5F));
-    return std::max<Tov_Int>(0, std::min<Tov_Int>(30, iRows));
+    const Tov_Value vFraction = vY - static_cast<Tov_Value>(Tov_FltToInt(vY));
+    const Tov_Int   iRows     = -std::max<Tov_Int>(-30, Floor(0.5F - SUBSAMPLES * vFraction));
+    return std::max<Tov_Int>(0, iRows);
 }
 
 //! Sets up one side from its upper to its lower end, which starts in row iTop.
