@@ -99,10 +99,31 @@ const Function FUNCTIONS[] = {
      [](From f) { return f.source; }},
     {"Copy", true, 4, false, [](With w) { g_Kanvo_pkRows->pfnCopy(w.Dst(), w.Argb32(), w.width); },
      [](From f) { return f.source; }},
+    {"CopyOpaque", true, 4, false, [](With w) { g_Kanvo_pkRows->pfnCopyOpaque(w.Dst(), w.Argb32(), w.width); },
+     [](From f) { return f.source % 0x1000000U + 0xFF000000U; }},
     {"Over", true, 4, false, [](With w) { g_Kanvo_pkRows->pfnOver(w.Dst(), w.Argb32(), w.width, w.alpha); },
      [](From f) { return support::MixLinearSrcAlpha(f.under, f.source, f.alpha); }},
+    {"BlendOrStore", true, 4, false,
+     [](With w) { g_Kanvo_pkRows->pfnBlendOrStore(w.Dst(), w.Argb32(), w.width, w.alpha); },
+     [](From f)
+     {
+         const int weight = support::MulByte(static_cast<int>(f.source >> 24), f.alpha);
+         return weight == 255 ? f.source : support::MixLinear(f.under, f.source, weight);
+     }},
+    {"Stamp", true, 4, false, [](With w) { g_Kanvo_pkRows->pfnStamp(w.Dst(), w.Argb32(), w.width, w.alpha); },
+     [](From f)
+     {
+         const std::uint32_t own = f.source >> 24;
+         return own == 0 ? f.under : own == 255 ? f.source : support::MixLinear(f.under, f.source, f.alpha);
+     }},
     {"BlendColor", true, 0, false, [](With w) { g_Kanvo_pkRows->pfnBlendColor(w.Dst(), w.width, w.color, w.alpha); },
      [](From f) { return support::MixLinear(f.under, f.color, f.alpha); }},
+    {"ConvertA8", true, 0, true, [](With w) { g_Kanvo_pkRows->pfnConvertA8(w.Dst(), w.mask, w.width, w.color); },
+     [](From f)
+     {
+         const auto level = static_cast<std::uint32_t>(f.mask);
+         return (level << 24 | level << 16 | level << 8 | level) | f.color;
+     }},
     {"Convert565", true, 2, false, [](With w) { g_Kanvo_pkRows->pfnConvert565(w.Dst(), w.Rgb565(), w.width); },
      Color565},
     {"Over565", true, 2, false, [](With w) { g_Kanvo_pkRows->pfnOver565(w.Dst(), w.Rgb565(), w.width, w.alpha); },
@@ -117,6 +138,8 @@ const Function FUNCTIONS[] = {
     {"BlendMask", true, 4, true,
      [](With w) { g_Kanvo_pkRows->pfnBlendMask(w.Dst(), w.Argb32(), w.mask, w.width, w.alpha); },
      [](From f) { return support::MixLinear(f.under, f.source, support::MulByte(f.mask, f.alpha)); }},
+    {"MixMask", true, 4, true, [](With w) { g_Kanvo_pkRows->pfnMixMask(w.Dst(), w.Argb32(), w.mask, w.width); },
+     [](From f) { return support::BlitMixLinear(f.under, f.source % 0x1000000U + 0xFF000000U, f.mask); }},
     {"ColorMask", true, 0, true,
      [](With w) { g_Kanvo_pkRows->pfnColorMask(w.Dst(), w.mask, w.width, w.color, w.alpha); },
      [](From f) { return support::BlitMixLinear(f.under, f.color, support::MulByte(f.mask, f.alpha)); }},
@@ -545,6 +568,116 @@ TEST_P(RowsNaive, EachPixelIsReadAfterTheOneBeforeItWasWritten)
                 << "distance " << distance << (maskShares ? ", mask" : ", source") << ", alpha "
                 << unsigned{with.alpha};
         }
+    }
+}
+
+// ---- row functions that do not draw ----------------------------------------------------------------------------------
+
+namespace
+{
+
+class RowsRead : public testing::TestWithParam<Kanvo_Level>
+{
+private:
+    support::AtLevel m_level{GetParam()};
+};
+
+std::string NameOfLevel(const testing::TestParamInfo<Kanvo_Level>& info)
+{
+    return Kanvo_LevelName(info.param);
+}
+
+//! Both ways to lie against a fence, at a distance of every residue of 16.
+template <class Visit>
+void ForEachPlace(Visit visit)
+{
+    for (const auto end : {support::Against::BackFence, support::Against::FrontFence})
+    {
+        for (unsigned gap = 0; gap < 16; ++gap) visit(end, gap);
+    }
+}
+
+}  // namespace
+
+INSTANTIATE_TEST_SUITE_P(All, RowsRead, testing::ValuesIn(support::LevelsHere()), NameOfLevel);
+
+TEST_P(RowsRead, TakeAlphaOfEveryWidthAtEveryAlignmentBetweenFences)
+{
+    Dice               dice(6);
+    support::CrashNote note("TakeAlpha");
+    for (std::uint32_t width = 0; width <= 129; ++width)
+    {
+        note.InCase(width);
+        ForEachPlace(
+            [&](support::Against end, unsigned gap)
+            {
+                const unsigned      srcGap = gap == 0 ? 0 : (gap * 7 + width) % 16;
+                const bool          front  = end == support::Against::FrontFence;
+                support::Fence      dst(width + gap, end), src((width + srcGap) * 4, end);
+                std::uint8_t* const to   = dst.Data() + (front ? gap : 0);
+                std::uint8_t* const from = src.Data() + (front ? srcGap * 4 : 0);
+                dice.Fill(dst.Data(), dst.Size());
+                FillPixels(src.Data(), src.Size(), Content::Hostile, dice);
+                std::vector<std::uint8_t> expected(dst.Data(), dst.Data() + dst.Size());
+                for (std::uint32_t x = 0; x < width; ++x)
+                {
+                    std::uint32_t word = 0;
+                    std::memcpy(&word, from + x * 4, 4);
+                    expected[static_cast<std::size_t>(to - dst.Data()) + x] = static_cast<std::uint8_t>(word >> 24);
+                }
+                g_Kanvo_pkRows->pfnTakeAlpha(to, reinterpret_cast<const Kanvo_PixelARGB32*>(from), width);
+                ASSERT_TRUE(std::equal(expected.begin(), expected.end(), dst.Data()))
+                    << "width " << width << ", gaps " << gap << " " << srcGap;
+                ASSERT_TRUE(dst.IsSlackUntouched());
+            });
+    }
+}
+
+TEST_P(RowsRead, TakeAlphaReadsEachPixelAfterTheByteBeforeItWasWritten)
+{
+    constexpr int WIDTH = 41, ORIGIN = 400;
+    Dice          dice(12);
+    for (int distance = -4 * WIDTH; distance <= WIDTH; ++distance)
+    {
+        alignas(4) std::uint8_t memory[1024], expected[1024];
+        dice.Fill(memory, sizeof memory);
+        std::memcpy(expected, memory, sizeof memory);
+        for (int x = 0; x < WIDTH; ++x)
+        {
+            std::uint32_t word = 0;
+            std::memcpy(&word, expected + ORIGIN + x * 4, 4);
+            expected[ORIGIN - distance + x] = static_cast<std::uint8_t>(word >> 24);
+        }
+        g_Kanvo_pkRows->pfnTakeAlpha(memory + ORIGIN - distance,
+                                     reinterpret_cast<const Kanvo_PixelARGB32*>(memory + ORIGIN), WIDTH);
+        ASSERT_EQ(std::memcmp(memory, expected, sizeof memory), 0) << "distance " << distance;
+    }
+}
+
+TEST_P(RowsRead, IsOpaqueFindsTheOnePixelThatIsNot)
+{
+    Dice               dice(7);
+    support::CrashNote note("IsOpaque");
+    for (std::uint32_t width = 0; width <= 129; ++width)
+    {
+        note.InCase(width);
+        ForEachPlace(
+            [&](support::Against end, unsigned gap)
+            {
+                support::Fence      fence((width + gap) * 4, end);
+                std::uint8_t* const at   = fence.Data() + (end == support::Against::FrontFence ? gap * 4 : 0);
+                const auto* const   row  = reinterpret_cast<const Kanvo_PixelARGB32*>(at);
+                const auto          keep = [&](std::uint32_t x, std::uint8_t alpha) { at[x * 4 + 3] = alpha; };
+                dice.Fill(fence.Data(), fence.Size());  // beside the row anything may lie
+                for (std::uint32_t x = 0; x < width; ++x) keep(x, 255);
+                ASSERT_TRUE(g_Kanvo_pkRows->pfnIsOpaque(row, width)) << "width " << width << ", gap " << gap;
+                for (std::uint32_t x = 0; x < width; ++x)
+                {
+                    keep(x, dice.Of<std::uint8_t>({0, 127, 254}));
+                    ASSERT_FALSE(g_Kanvo_pkRows->pfnIsOpaque(row, width)) << "width " << width << ", pixel " << x;
+                    keep(x, 255);
+                }
+            });
     }
 }
 

@@ -41,12 +41,7 @@ void Kanvo_BitmapARGB32::Unlock(Tov_UInt /*uiX1*/, Tov_UInt /*uiY1*/, Tov_UInt /
     Access::GetOffset(this, 0, 0, kLine);
     for (Tov_UInt uiY = 0; uiY < m_uiHeight; ++uiY)
     {
-        Kanvo_PixelARGB32 pxAll = 0xFFFFFFFFU;  // without a branch on each pixel
-        for (Tov_UInt uiX = 0; uiX < m_uiWidth; ++uiX)
-        {
-            pxAll &= kLine[uiX];
-        }
-        if (Access::AlphaFromPixel(pxAll) != 255)
+        if (!g_Kanvo_pkRows->pfnIsOpaque(kLine, m_uiWidth))
         {
             m_bHasAlpha = true;
             return;

@@ -9,28 +9,10 @@
 namespace
 {
 
-//! The first pixels of a clipped blit, for the loops that take plain pointers.
-template <class Src>
-struct LoopEnds
-{
-    typename Src::Offset kSrc;
-    Kanvo_OffsetARGB32   kDst;
-    Tov_UInt             uiDstPitch;
-    Tov_UInt             uiSrcPitch;
-
-    LoopEnds(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap* pkSource, const Kanvo_BlitRect& kRect)
-        : uiDstPitch(pkDest->GetPitch()),
-          uiSrcPitch(pkSource->GetPitch())
-    {
-        Src::GetOffset(pkSource, kRect.uiSrcX, kRect.uiSrcY, kSrc);
-        Kanvo_PixelARGB32_Access::GetOffset(pkDest, kRect.uiDstX, kRect.uiDstY, kDst);
-    }
-};
-
 void LoopARGB32(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap* pkSource, const Kanvo_BlitRect& kRect, Tov_Bool bCopy,
                 Tov_UByte ubAlpha)
 {
-    const LoopEnds<Kanvo_PixelARGB32_Access> kEnds(pkDest, pkSource, kRect);
+    const Kanvo_BlitEnds<Kanvo_PixelARGB32_Access> kEnds(pkDest, pkSource, kRect);
     if (bCopy)
     {
         neonloops_blit_argb32_argb32(kEnds.kDst, kEnds.kSrc, kEnds.uiDstPitch, kEnds.uiSrcPitch, kRect.uiWidth,
@@ -46,7 +28,7 @@ void LoopARGB32(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap* pkSource, const 
 void LoopRGB565(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap* pkSource, const Kanvo_BlitRect& kRect,
                 Tov_UByte ubAlpha)
 {
-    const LoopEnds<Kanvo_PixelRGB565_Access> kEnds(pkDest, pkSource, kRect);
+    const Kanvo_BlitEnds<Kanvo_PixelRGB565_Access> kEnds(pkDest, pkSource, kRect);
     if (Kanvo_IsOpaquePlain(pkSource, ubAlpha))
     {
         neonloops_blit_argb32_rgb565(kEnds.kDst, kEnds.kSrc, kEnds.uiDstPitch, kEnds.uiSrcPitch, kRect.uiWidth,
@@ -62,7 +44,7 @@ void LoopRGB565(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap* pkSource, const 
 void LoopColorA8(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap* pkAlpha, const Kanvo_BlitRect& kRect,
                  Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha)
 {
-    const LoopEnds<Kanvo_PixelA8_Access> kEnds(pkDest, pkAlpha, kRect);
+    const Kanvo_BlitEnds<Kanvo_PixelA8_Access> kEnds(pkDest, pkAlpha, kRect);
     if (Kanvo_IsOpaquePlain(pkAlpha, ubAlpha))
     {
         neonloops_blitcolor_argb32_a8(kEnds.kDst, kEnds.kSrc, kEnds.uiDstPitch, kEnds.uiSrcPitch, clColor,
@@ -76,14 +58,14 @@ void LoopColorA8(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap* pkAlpha, const 
 }
 
 //! The eight arguments that the loops through an A8 map begin with.
-struct MapLoopEnds : LoopEnds<Kanvo_PixelRGB565_Access>
+struct MapLoopEnds : Kanvo_BlitEnds<Kanvo_PixelRGB565_Access>
 {
     Kanvo_OffsetA8 kMap;
     Tov_UInt       uiMapPitch;
 
     MapLoopEnds(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap* pkSource, const Kanvo_Bitmap* pkAlpha,
                 const Kanvo_BlitRect& kRect)
-        : LoopEnds(pkDest, pkSource, kRect),
+        : Kanvo_BlitEnds(pkDest, pkSource, kRect),
           uiMapPitch(pkAlpha->GetPitch())
     {
         Kanvo_PixelA8_Access::GetOffset(pkAlpha, kRect.uiSrcX, kRect.uiSrcY, kMap);
@@ -133,7 +115,7 @@ void BlendByMap(const MapBlit& kBlit, const char* pcOtherwise)
 
 void LoopMapARGB32(const MapBlit& kBlit)
 {
-    const LoopEnds<Kanvo_PixelARGB32_Access> kEnds(kBlit.pkDest, kBlit.pkSource, kBlit.kRect);
+    const Kanvo_BlitEnds<Kanvo_PixelARGB32_Access> kEnds(kBlit.pkDest, kBlit.pkSource, kBlit.kRect);
     if (Kanvo_IsOpaquePlain(kBlit.pkSource, kBlit.ubAlpha))
     {
         neonloops_blit_argb32_argb32_as(kEnds.kDst, kEnds.kSrc, kEnds.uiDstPitch, kEnds.uiSrcPitch, kBlit.kRect.uiWidth,

@@ -101,36 +101,66 @@ struct Kanvo_RLECurDecompressInfo
     template <class Sink>
     KANVO_INLINE void Consume(std::uint64_t uiPixels, Sink& kSink)
     {
-        while (uiPixels > 0)
+        uiPixels -= Continue(uiPixels, kSink);
+        if (uiPixels == 0 || eCurrentToken == RLECURDECOMPRESSTOKEN_END)
         {
-            if (eCurrentToken == RLECURDECOMPRESSTOKEN_GETNEXT)
+            return;
+        }
+        // Of tokens that are consumed whole nothing is noted down.
+        const Unit* puNext = pubyCurRLEDataByte;
+        do {
+            const Unit     uFirst  = puNext[0];
+            const Unit     uSecond = puNext[1];
+            const Tov_UInt uiCount = uFirst != 0 ? uFirst : uSecond;
+            if (uiCount == 0 || uiCount > uiPixels)
             {
+                pubyCurRLEDataByte = puNext;
                 ReadToken();
-            }
-            if (eCurrentToken == RLECURDECOMPRESSTOKEN_END)
-            {
+                Continue(uiPixels, kSink);
                 return;
             }
-            const Tov_UInt uiLeft = CurrentTokenDatacount - CurrentTokenDataposition;
-            const Tov_UInt uiTake = uiPixels < uiLeft ? static_cast<Tov_UInt>(uiPixels) : uiLeft;
-            if (eCurrentToken == RLECURDECOMPRESSTOKEN_ABS)
+            puNext += 2;
+            if (uFirst != 0)
             {
-                kSink.Literal(pubyCurRLEDataByte + CurrentTokenDataposition, uiTake);
+                kSink.Run(uSecond, uiCount);
             }
             else
             {
-                kSink.Run(*pubyCurRLEDataByte, uiTake);
+                kSink.Literal(puNext, uiCount);
+                puNext += uiCount;
             }
-            uiPixels -= uiTake;
-            CurrentTokenDataposition += uiTake;
-            if (uiTake == uiLeft)
-            {
-                CloseToken();
-            }
-        }
+            uiPixels -= uiCount;
+        } while (uiPixels > 0);
+        pubyCurRLEDataByte = puNext;
     }
 
 private:
+    //! Consumes up to uiPixels pixels of the token that was begun, if one was, and returns how many.
+    template <class Sink>
+    Tov_UInt Continue(std::uint64_t uiPixels, Sink& kSink)
+    {
+        const Tov_UInt uiLeft = CurrentTokenDatacount - CurrentTokenDataposition;
+        const Tov_UInt uiTake = uiPixels < uiLeft ? static_cast<Tov_UInt>(uiPixels) : uiLeft;
+        if (uiTake == 0)
+        {
+            return 0;
+        }
+        if (eCurrentToken == RLECURDECOMPRESSTOKEN_ABS)
+        {
+            kSink.Literal(pubyCurRLEDataByte + CurrentTokenDataposition, uiTake);
+        }
+        else
+        {
+            kSink.Run(*pubyCurRLEDataByte, uiTake);
+        }
+        CurrentTokenDataposition += uiTake;
+        if (uiTake == uiLeft)
+        {
+            CloseToken();
+        }
+        return uiTake;
+    }
+
     void ReadToken()
     {
         const Unit uFirst = *pubyCurRLEDataByte++;

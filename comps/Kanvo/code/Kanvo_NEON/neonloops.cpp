@@ -76,45 +76,23 @@ const Kanvo_LevelBodies* FindBestBodies()
 
 void Install(const Kanvo_LevelBodies& kBodies)
 {
-    g_Kanvo_pkRows = &kBodies.kRows;
+    g_Kanvo_pkBodies = &kBodies;
+    g_Kanvo_pkRows   = &kBodies.kRows;
 
-    neonloops_fill_argb32                = kBodies.pfnFill;
-    neonloops_fill_argb32_ag             = kBodies.pfnFillMix;
-    neonloops_blit_argb32_argb32         = kBodies.pfnCopy;
-    neonloops_blit_argb32_argb32_as_ag   = kBodies.pfnOver;
-    neonloops_blit_argb32_argb32_as      = kBodies.pfnOverOpaque;
-    neonloops_blit_argb32_rgb565         = kBodies.pfnConvert565;
-    neonloops_blit_argb32_rgb565_ag      = kBodies.pfnOver565;
-    neonloops_blitcolor_argb32_a8        = kBodies.pfnColorMask;
-    neonloops_blitcolor_argb32_a8_ag     = kBodies.pfnColorMaskScaled;
-    neonloops_blit_argb32_rgb565a8       = kBodies.pfnStoreMask565;
-    neonloops_blit_argb32_rgb565a8_as    = kBodies.pfnBlendMask565;
-    neonloops_blit_argb32_rgb565a8_as_ag = kBodies.pfnBlendMask565Scaled;
+#define KANVO_LOOP_INSTALL(loop, name) loop = kBodies.pfn##name;
+    KANVO_LOOP_LIST(KANVO_LOOP_INSTALL)
+#undef KANVO_LOOP_INSTALL
 }
 
 }  // namespace
 
 // Initialised before any code runs: addresses of functions are constants.
-const Kanvo_RowFunctions* g_Kanvo_pkRows = &BODIES_AT_START.kRows;
+const Kanvo_LevelBodies*  g_Kanvo_pkBodies = &BODIES_AT_START;
+const Kanvo_RowFunctions* g_Kanvo_pkRows   = &BODIES_AT_START.kRows;
 
-decltype(neonloops_fill_argb32)    neonloops_fill_argb32    = BODIES_AT_START.pfnFill;
-decltype(neonloops_fill_argb32_ag) neonloops_fill_argb32_ag = BODIES_AT_START.pfnFillMix;
-
-decltype(neonloops_blit_argb32_argb32)       neonloops_blit_argb32_argb32       = BODIES_AT_START.pfnCopy;
-decltype(neonloops_blit_argb32_argb32_as_ag) neonloops_blit_argb32_argb32_as_ag = BODIES_AT_START.pfnOver;
-
-decltype(neonloops_blit_argb32_argb32_as) neonloops_blit_argb32_argb32_as = BODIES_AT_START.pfnOverOpaque;
-
-decltype(neonloops_blit_argb32_rgb565)    neonloops_blit_argb32_rgb565    = BODIES_AT_START.pfnConvert565;
-decltype(neonloops_blit_argb32_rgb565_ag) neonloops_blit_argb32_rgb565_ag = BODIES_AT_START.pfnOver565;
-
-decltype(neonloops_blitcolor_argb32_a8)    neonloops_blitcolor_argb32_a8    = BODIES_AT_START.pfnColorMask;
-decltype(neonloops_blitcolor_argb32_a8_ag) neonloops_blitcolor_argb32_a8_ag = BODIES_AT_START.pfnColorMaskScaled;
-
-decltype(neonloops_blit_argb32_rgb565a8)       neonloops_blit_argb32_rgb565a8    = BODIES_AT_START.pfnStoreMask565;
-decltype(neonloops_blit_argb32_rgb565a8_as)    neonloops_blit_argb32_rgb565a8_as = BODIES_AT_START.pfnBlendMask565;
-decltype(neonloops_blit_argb32_rgb565a8_as_ag) neonloops_blit_argb32_rgb565a8_as_ag =
-    BODIES_AT_START.pfnBlendMask565Scaled;
+#define KANVO_LOOP_DEFINE(loop, name) decltype(loop) loop = BODIES_AT_START.pfn##name;
+KANVO_LOOP_LIST(KANVO_LOOP_DEFINE)
+#undef KANVO_LOOP_DEFINE
 
 Kanvo_Level Kanvo_SelectRows(Kanvo_Level eLevel)
 {

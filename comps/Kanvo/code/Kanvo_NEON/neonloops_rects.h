@@ -1,6 +1,7 @@
 // neonloops_rects: rows put together to the rectangles of neonloops.h. A template over the row functions of one
 // instruction set, so that a small rectangle costs one indirect call and not one per row; instantiated beside the rows,
-// in their file, so that nothing compiled for that instruction set is seen by another one.
+// in their file, so that nothing compiled for that instruction set is seen by another one. The portable workers draw
+// through g_Kanvo_pkBodies, the optimised path through the pointers of neonloops.h.
 #ifndef KANVO_NEONLOOPS_RECTS_H
 #define KANVO_NEONLOOPS_RECTS_H
 
@@ -12,22 +13,19 @@ struct Kanvo_LoopRects
     static void Fill(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, Kanvo_PixelARGB32 pxPixel, Tov_UInt uiWidth,
                      Tov_UInt uiHeight)
     {
-        ForRows(kDst, uiDstPitch, uiHeight, [=](Kanvo_OffsetARGB32 kDstRow) { Rows::Fill(kDstRow, uiWidth, pxPixel); });
+        ForRows<&Rows::Fill>(uiHeight, At(kDst, uiDstPitch), uiWidth, pxPixel);
     }
 
     static void FillMix(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, Kanvo_PixelARGB32 pxPixel, Tov_UInt uiWidth,
                         Tov_UInt uiHeight, Tov_UByte ubAlpha)
     {
-        ForRows(kDst, uiDstPitch, uiHeight,
-                [=](Kanvo_OffsetARGB32 kDstRow) { Rows::FillMix(kDstRow, uiWidth, pxPixel, ubAlpha); });
+        ForRows<&Rows::FillMix>(uiHeight, At(kDst, uiDstPitch), uiWidth, pxPixel, ubAlpha);
     }
 
     static void Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch,
                      Tov_UInt uiWidth, Tov_UInt uiHeight)
     {
-        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, uiHeight,
-                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelARGB32* kSrcRow)
-                { Rows::Copy(kDstRow, kSrcRow, uiWidth); });
+        ForRows<&Rows::Copy>(uiHeight, At(kDst, uiDstPitch), At(kSrc, uiSrcPitch), uiWidth);
     }
 
     static void OverOpaque(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiDstPitch,
@@ -39,25 +37,19 @@ struct Kanvo_LoopRects
     static void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch,
                      Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubAlpha)
     {
-        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, uiHeight,
-                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelARGB32* kSrcRow)
-                { Rows::Over(kDstRow, kSrcRow, uiWidth, ubAlpha); });
+        ForRows<&Rows::Over>(uiHeight, At(kDst, uiDstPitch), At(kSrc, uiSrcPitch), uiWidth, ubAlpha);
     }
 
     static void Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiDstPitch,
                            Tov_UInt uiSrcPitch, Tov_UInt uiWidth, Tov_UInt uiHeight)
     {
-        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, uiHeight,
-                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelRGB565* kSrcRow)
-                { Rows::Convert565(kDstRow, kSrcRow, uiWidth); });
+        ForRows<&Rows::Convert565>(uiHeight, At(kDst, uiDstPitch), At(kSrc, uiSrcPitch), uiWidth);
     }
 
     static void Over565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiDstPitch,
                         Tov_UInt uiSrcPitch, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UByte ubAlpha)
     {
-        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, uiHeight,
-                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelRGB565* kSrcRow)
-                { Rows::Over565(kDstRow, kSrcRow, uiWidth, ubAlpha); });
+        ForRows<&Rows::Over565>(uiHeight, At(kDst, uiDstPitch), At(kSrc, uiSrcPitch), uiWidth, ubAlpha);
     }
 
     static void ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiDstPitch,
@@ -70,18 +62,15 @@ struct Kanvo_LoopRects
                                 Tov_UInt uiMaskPitch, Kanvo_ColorARGB32 clColor, Tov_UInt uiWidth, Tov_UInt uiHeight,
                                 Tov_UByte ubAlpha)
     {
-        ForRows(kDst, uiDstPitch, kMask, uiMaskPitch, uiHeight,
-                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelA8* kMaskRow)
-                { Rows::ColorMask(kDstRow, kMaskRow, uiWidth, clColor, ubAlpha); });
+        ForRows<&Rows::ColorMask>(uiHeight, At(kDst, uiDstPitch), At(kMask, uiMaskPitch), uiWidth, clColor, ubAlpha);
     }
 
     static void StoreMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, const Kanvo_PixelA8* kMask,
                              Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch, Tov_UInt uiMaskPitch, Tov_UInt uiWidth,
                              Tov_UInt uiHeight)
     {
-        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, kMask, uiMaskPitch, uiHeight,
-                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelRGB565* kSrcRow, const Kanvo_PixelA8* kMaskRow)
-                { Rows::StoreMask565(kDstRow, kSrcRow, kMaskRow, uiWidth); });
+        ForRows<&Rows::StoreMask565>(uiHeight, At(kDst, uiDstPitch), At(kSrc, uiSrcPitch), At(kMask, uiMaskPitch),
+                                     uiWidth);
     }
 
     static void BlendMask565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, const Kanvo_PixelA8* kMask,
@@ -95,94 +84,83 @@ struct Kanvo_LoopRects
                                    Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch, Tov_UInt uiMaskPitch, Tov_UInt uiWidth,
                                    Tov_UInt uiHeight, Tov_UByte ubAlpha)
     {
-        ForRows(kDst, uiDstPitch, kSrc, uiSrcPitch, kMask, uiMaskPitch, uiHeight,
-                [=](Kanvo_OffsetARGB32 kDstRow, const Kanvo_PixelRGB565* kSrcRow, const Kanvo_PixelA8* kMaskRow)
-                { Rows::BlendMask565(kDstRow, kSrcRow, kMaskRow, uiWidth, ubAlpha); });
+        ForRows<&Rows::BlendMask565>(uiHeight, At(kDst, uiDstPitch), At(kSrc, uiSrcPitch), At(kMask, uiMaskPitch),
+                                     uiWidth, ubAlpha);
     }
 
 private:
+    //! The first pixel of a row, and how far it is to the next.
     template <class Pixel>
-    static KANVO_INLINE Pixel* NextRow(Pixel* kRow, Tov_UInt uiPitch)
+    struct RowAt
     {
-        return reinterpret_cast<Pixel*>(reinterpret_cast<std::uintptr_t>(kRow) + uiPitch);
-    }
+        Pixel*   kRow;
+        Tov_UInt uiPitch;
 
-    template <class DrawRow>
-    static KANVO_INLINE void ForRows(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, Tov_UInt uiHeight, DrawRow kDrawRow)
+        KANVO_INLINE      operator Pixel*() const { return kRow; }
+        KANVO_INLINE void Next() { kRow = reinterpret_cast<Pixel*>(reinterpret_cast<std::uintptr_t>(kRow) + uiPitch); }
+    };
+    template <class Pixel>
+    static KANVO_INLINE RowAt<Pixel> At(Pixel* kRow, Tov_UInt uiPitch)
+    {
+        return {kRow, uiPitch};
+    }
+    template <class Pixel>
+    static KANVO_INLINE void Next(RowAt<Pixel>& kAt)
+    {
+        kAt.Next();
+    }
+    static KANVO_INLINE void Next(Tov_UInt /*all other arguments are the same in each row*/) {}
+
+    //! Calls the row function for each row. kArguments: what it takes, with an At for each row.
+    template <auto pfnRow, class... Arguments>
+    static KANVO_INLINE void ForRows(Tov_UInt uiHeight, Arguments... kArguments)
     {
         for (; uiHeight > 0; --uiHeight)
         {
-            kDrawRow(kDst);
-            kDst = NextRow(kDst, uiDstPitch);
-        }
-    }
-
-    template <class SrcPixel, class DrawRow>
-    static KANVO_INLINE void ForRows(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, const SrcPixel* kSrc,
-                                     Tov_UInt uiSrcPitch, Tov_UInt uiHeight, DrawRow kDrawRow)
-    {
-        for (; uiHeight > 0; --uiHeight)
-        {
-            kDrawRow(kDst, kSrc);
-            kDst = NextRow(kDst, uiDstPitch);
-            kSrc = NextRow(kSrc, uiSrcPitch);
-        }
-    }
-
-    template <class SrcPixel, class DrawRow>
-    static KANVO_INLINE void ForRows(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, const SrcPixel* kSrc,
-                                     Tov_UInt uiSrcPitch, const Kanvo_PixelA8* kMask, Tov_UInt uiMaskPitch,
-                                     Tov_UInt uiHeight, DrawRow kDrawRow)
-    {
-        for (; uiHeight > 0; --uiHeight)
-        {
-            kDrawRow(kDst, kSrc, kMask);
-            kDst  = NextRow(kDst, uiDstPitch);
-            kSrc  = NextRow(kSrc, uiSrcPitch);
-            kMask = NextRow(kMask, uiMaskPitch);
+            pfnRow(kArguments...);
+            (Next(kArguments), ...);
         }
     }
 };
 
-//! All that one level brings: its row functions, and the loops made of them.
+// clang-format off
+//! The one list of the loops: the pointer of neonloops.h, and the rectangle it points to.
+#define KANVO_LOOP_LIST(LOOP)                                                                                          \
+    LOOP(neonloops_fill_argb32, Fill)                                                                                  \
+    LOOP(neonloops_fill_argb32_ag, FillMix)                                                                            \
+    LOOP(neonloops_blit_argb32_argb32, Copy)                                                                           \
+    LOOP(neonloops_blit_argb32_argb32_as_ag, Over)                                                                     \
+    LOOP(neonloops_blit_argb32_argb32_as, OverOpaque)                                                                  \
+    LOOP(neonloops_blit_argb32_rgb565, Convert565)                                                                     \
+    LOOP(neonloops_blit_argb32_rgb565_ag, Over565)                                                                     \
+    LOOP(neonloops_blitcolor_argb32_a8, ColorMask)                                                                     \
+    LOOP(neonloops_blitcolor_argb32_a8_ag, ColorMaskScaled)                                                            \
+    LOOP(neonloops_blit_argb32_rgb565a8, StoreMask565)                                                                 \
+    LOOP(neonloops_blit_argb32_rgb565a8_as, BlendMask565)                                                              \
+    LOOP(neonloops_blit_argb32_rgb565a8_as_ag, BlendMask565Scaled)
+// clang-format on
+
+//! All that one level brings: its row functions, and the loops made of them, pfnFill and so on.
 struct Kanvo_LevelBodies
 {
-    using Loops = Kanvo_LoopRects<Kanvo_RowsReference>;  // any: all have the same types
-
     Kanvo_RowFunctions kRows;
 
-    decltype(&Loops::Fill)               pfnFill;
-    decltype(&Loops::FillMix)            pfnFillMix;
-    decltype(&Loops::Copy)               pfnCopy;
-    decltype(&Loops::Over)               pfnOver;
-    decltype(&Loops::OverOpaque)         pfnOverOpaque;
-    decltype(&Loops::Convert565)         pfnConvert565;
-    decltype(&Loops::Over565)            pfnOver565;
-    decltype(&Loops::ColorMask)          pfnColorMask;
-    decltype(&Loops::ColorMaskScaled)    pfnColorMaskScaled;
-    decltype(&Loops::StoreMask565)       pfnStoreMask565;
-    decltype(&Loops::BlendMask565)       pfnBlendMask565;
-    decltype(&Loops::BlendMask565Scaled) pfnBlendMask565Scaled;
+    // those of any rows: all have the same types
+#define KANVO_LOOP_POINTER(loop, name) decltype(&Kanvo_LoopRects<Kanvo_RowsReference>::name) pfn##name;
+    KANVO_LOOP_LIST(KANVO_LOOP_POINTER)
+#undef KANVO_LOOP_POINTER
 
     template <class Rows>
     static constexpr Kanvo_LevelBodies Of(Kanvo_Level eLevel)
     {
-        using Rects = Kanvo_LoopRects<Rows>;
-        return {Kanvo_RowFunctions::Of<Rows>(eLevel),
-                &Rects::Fill,
-                &Rects::FillMix,
-                &Rects::Copy,
-                &Rects::Over,
-                &Rects::OverOpaque,
-                &Rects::Convert565,
-                &Rects::Over565,
-                &Rects::ColorMask,
-                &Rects::ColorMaskScaled,
-                &Rects::StoreMask565,
-                &Rects::BlendMask565,
-                &Rects::BlendMask565Scaled};
+#define KANVO_LOOP_ADDRESS(loop, name) &Kanvo_LoopRects<Rows>::name,
+        return {Kanvo_RowFunctions::Of<Rows>(eLevel), KANVO_LOOP_LIST(KANVO_LOOP_ADDRESS)};
+#undef KANVO_LOOP_ADDRESS
     }
 };
+
+//! What is in force. Never null.
+extern const Kanvo_LevelBodies* g_Kanvo_pkBodies;
 
 // Each exists where its KANVO_HAS_ is 1.
 extern const Kanvo_LevelBodies g_Kanvo_kBodiesNEON;

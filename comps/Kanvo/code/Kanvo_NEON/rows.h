@@ -41,11 +41,31 @@ struct Kanvo_RowsReference
     //! Stores the source pixels.
     static void Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount);
 
+    //! Stores the source pixels as opaque ones.
+    static void CopyOpaque(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount);
+
+    //! Whether all pixels are opaque.
+    static Tov_Bool IsOpaque(const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount);
+
+    //! Stores the alpha bytes of the source pixels as a mask.
+    static void TakeAlpha(Kanvo_PixelA8* kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount);
+
     //! Blends the source pixels by their own alpha times ubAlpha, as BlendPixelSrcAlpha.
     static void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount, Tov_UByte ubAlpha);
 
     //! Blends one colour in by ubAlpha, as BlendPixel; the colour's own alpha is not read.
     static void BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha);
+
+    //! Blends the source pixels by their own alpha times ubAlpha, as BlendPixel; where that is 255 they are stored.
+    static void BlendOrStore(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                             Tov_UByte ubAlpha);
+
+    //! Stores opaque source pixels and leaves out those of alpha 0; all others are blended by ubAlpha, as BlendPixel.
+    static void Stamp(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount, Tov_UByte ubAlpha);
+
+    //! Stores each value as all four bytes of a pixel, in which the bits of pxSet are set besides.
+    static void ConvertA8(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kSrc, Tov_UInt uiCount,
+                          Kanvo_PixelARGB32 pxSet);
 
     //! Stores the source pixels as opaque ARGB32.
     static void Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount);
@@ -65,36 +85,40 @@ struct Kanvo_RowsReference
     static void BlendMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, const Kanvo_PixelA8* kMask,
                           Tov_UInt uiCount, Tov_UByte ubAlpha);
 
+    //! Mixes the source pixels, taken as opaque, in with KanvoBlit_MixLinear by the mask.
+    static void MixMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, const Kanvo_PixelA8* kMask,
+                        Tov_UInt uiCount);
+
     //! Mixes one colour in with KanvoBlit_MixLinear by each coverage times ubAlpha.
     static void ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiCount,
                           Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha);
 };
 
-//! The row functions of one level as pointers.
+// clang-format off
+//! The one list of them.
+#define KANVO_ROW_LIST(ROW)                                                                                            \
+    ROW(Fill) ROW(FillMix) ROW(CopyBytes) ROW(Copy) ROW(CopyOpaque) ROW(IsOpaque) ROW(TakeAlpha)                       \
+    ROW(Over) ROW(BlendOrStore) ROW(Stamp) ROW(BlendColor)                                                             \
+    ROW(ConvertA8) ROW(Convert565) ROW(Over565) ROW(StoreMask565) ROW(BlendMask565)                                    \
+    ROW(BlendMask) ROW(MixMask) ROW(ColorMask)
+// clang-format on
+
+//! The row functions of one level as pointers: pfnFill and so on.
 struct Kanvo_RowFunctions
 {
     Kanvo_Level eLevel;  //!< KL_BEST: portable, because none was selected yet
 
-    decltype(&Kanvo_RowsReference::Fill)         pfnFill;
-    decltype(&Kanvo_RowsReference::FillMix)      pfnFillMix;
-    decltype(&Kanvo_RowsReference::CopyBytes)    pfnCopyBytes;
-    decltype(&Kanvo_RowsReference::Copy)         pfnCopy;
-    decltype(&Kanvo_RowsReference::Over)         pfnOver;
-    decltype(&Kanvo_RowsReference::BlendColor)   pfnBlendColor;
-    decltype(&Kanvo_RowsReference::Convert565)   pfnConvert565;
-    decltype(&Kanvo_RowsReference::Over565)      pfnOver565;
-    decltype(&Kanvo_RowsReference::StoreMask565) pfnStoreMask565;
-    decltype(&Kanvo_RowsReference::BlendMask565) pfnBlendMask565;
-    decltype(&Kanvo_RowsReference::BlendMask)    pfnBlendMask;
-    decltype(&Kanvo_RowsReference::ColorMask)    pfnColorMask;
+#define KANVO_ROW_POINTER(name) decltype(&Kanvo_RowsReference::name) pfn##name;
+    KANVO_ROW_LIST(KANVO_ROW_POINTER)
+#undef KANVO_ROW_POINTER
 
     //! Rows: Kanvo_RowsReference, or a struct with the same functions.
     template <class Rows>
     static constexpr Kanvo_RowFunctions Of(Kanvo_Level eSelected)
     {
-        return {eSelected,           &Rows::Fill,       &Rows::FillMix,    &Rows::CopyBytes, &Rows::Copy,
-                &Rows::Over,         &Rows::BlendColor, &Rows::Convert565, &Rows::Over565,   &Rows::StoreMask565,
-                &Rows::BlendMask565, &Rows::BlendMask,  &Rows::ColorMask};
+#define KANVO_ROW_ADDRESS(name) &Rows::name,
+        return {eSelected, KANVO_ROW_LIST(KANVO_ROW_ADDRESS)};
+#undef KANVO_ROW_ADDRESS
     }
 };
 

@@ -14,7 +14,7 @@ namespace
 
 using Pixels = __m256i;  // eight pixels, the first one lowest
 
-constexpr Tov_UInt LANES = 8;
+constexpr std::size_t LANES = 8;
 
 // ---- loading and storing --------------------------------------------------------------------------------------------
 
@@ -33,25 +33,18 @@ KANVO_INLINE __m128i LoadHalf(const void* pFrom)
     return _mm_loadu_si128(static_cast<const __m128i*>(pFrom));
 }
 
-// One to seven pixels, in parts of four, two and one, so that nothing outside is touched and no lane goes through memory.
+// One to seven pixels, so that nothing outside is touched and no lane goes through memory: loaded by a mask, stored in
+// parts of four, two and one, because stores by a mask are slow on many processors.
+
+//! All bits of the first uiCount lanes.
+KANVO_INLINE Pixels FirstLanes(Tov_UInt uiCount)
+{
+    return _mm256_cmpgt_epi32(_mm256_set1_epi32(static_cast<int>(uiCount)), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+}
 
 KANVO_INLINE Pixels LoadFew(const Kanvo_PixelARGB32* kFrom, Tov_UInt uiCount)
 {
-    __m128i kRest = _mm_setzero_si128();
-    if ((uiCount & 2U) != 0)
-    {
-        kRest = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kFrom + (uiCount & 4U)));
-    }
-    if ((uiCount & 1U) != 0)
-    {
-        const __m128i kOne = _mm_cvtsi32_si128(static_cast<int>(kFrom[uiCount - 1]));
-        kRest              = (uiCount & 2U) != 0 ? _mm_unpacklo_epi64(kRest, kOne) : kOne;
-    }
-    if ((uiCount & 4U) == 0)
-    {
-        return _mm256_zextsi128_si256(kRest);
-    }
-    return _mm256_inserti128_si256(_mm256_castsi128_si256(LoadHalf(kFrom)), kRest, 1);
+    return _mm256_maskload_epi32(reinterpret_cast<const int*>(kFrom), FirstLanes(uiCount));
 }
 
 KANVO_INLINE void StoreFew(Kanvo_OffsetARGB32 kTo, Pixels kPixels, Tov_UInt uiCount)
@@ -126,6 +119,13 @@ KANVO_INLINE Tov_Bool AllTransparent(Pixels kPixels)
     return _mm256_testz_si256(kPixels, AlphaBytes()) != 0;
 }
 
+//! All bits of each pixel whose alpha byte is 255.
+KANVO_INLINE Pixels WhereOpaque(Pixels kPixels)
+{
+    const Pixels kOnes = _mm256_set1_epi32(-1);
+    return _mm256_cmpeq_epi32(_mm256_or_si256(kPixels, _mm256_srli_epi32(kOnes, 8)), kOnes);
+}
+
 //! t / 255, truncated, in 32-bit lanes, for t of 0 .. 65025.
 KANVO_INLINE Pixels DivideBy255(Pixels kProduct)
 {
@@ -136,6 +136,12 @@ KANVO_INLINE Pixels DivideBy255(Pixels kProduct)
 KANVO_INLINE Pixels MulByte(Pixels kA, Pixels kB)
 {
     return DivideBy255(_mm256_mullo_epi16(kA, kB));
+}
+
+//! The same in 16-bit lanes.
+KANVO_INLINE Pixels MulByte16(Pixels kA, Pixels kB)
+{
+    return _mm256_srli_epi16(_mm256_mulhi_epu16(_mm256_mullo_epi16(kA, kB), _mm256_set1_epi16(-0x7F7F)), 7);
 }
 
 //! Kanvo_OverAlpha, in the alpha bytes; the other bytes are 0. kAlpha: in 32-bit lanes.
@@ -274,30 +280,74 @@ KANVO_INLINE Pixels Expand565(__m128i kHalf)
     return _mm256_or_si256(kRedBlue, _mm256_slli_epi32(kGreen, 8));
 }
 
-//! Sixteen of them, opaque.
-KANVO_INLINE void Convert565Sixteen(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc)
+// ---- what a row is drawn with: eight or sixteen pixels from a position on, or less than eight from the start ---------
+
+struct TwoPixels
 {
-    // unpacking goes by halves of registers: the middle quarters change places beforehand
-    const Pixels kPixels = _mm256_permute4x64_epi64(Load(kSrc), 0xD8);
-    const Pixels kRed =
-        _mm256_mulhi_epu16(_mm256_and_si256(kPixels, _mm256_set1_epi16(-0x0800)), _mm256_set1_epi16(264));
-    const Pixels kGreen = _mm256_mulhi_epu16(
-        _mm256_and_si256(_mm256_slli_epi16(kPixels, 5), _mm256_set1_epi16(-0x0400)), _mm256_set1_epi16(260));
-    const Pixels kBlue      = _mm256_mulhi_epu16(_mm256_slli_epi16(kPixels, 11), _mm256_set1_epi16(264));
-    const Pixels kGreenBlue = _mm256_or_si256(_mm256_slli_epi16(kGreen, 8), kBlue);
-    const Pixels kAlphaRed  = _mm256_or_si256(_mm256_set1_epi16(-0x0100), kRed);
-    Store(kDst, _mm256_unpacklo_epi16(kGreenBlue, kAlphaRed));
-    Store(kDst + LANES, _mm256_unpackhi_epi16(kGreenBlue, kAlphaRed));
+    Pixels kLow;
+    Pixels kHigh;
+};
+
+KANVO_INLINE void StoreSixteen(Kanvo_OffsetARGB32 kTo, TwoPixels kPixels)
+{
+    Store(kTo, kPixels.kLow);
+    Store(kTo + LANES, kPixels.kHigh);
 }
 
-// ---- what a row is drawn with: eight pixels or less from a position on ----------------------------------------------
+//! For a source that has no better way to sixteen pixels.
+template <class Source>
+KANVO_INLINE TwoPixels SixteenOf(const Source& kSource, std::size_t uiX)
+{
+    return {kSource.Eight(uiX), kSource.Eight(uiX + LANES)};
+}
 
 struct FromARGB32
 {
     const Kanvo_PixelARGB32* kSrc;
 
-    KANVO_INLINE Pixels Eight(Tov_UInt uiX) const { return Load(kSrc + uiX); }
-    KANVO_INLINE Pixels Few(Tov_UInt uiCount) const { return LoadFew(kSrc, uiCount); }
+    KANVO_INLINE Pixels    Eight(std::size_t uiX) const { return Load(kSrc + uiX); }
+    KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const { return SixteenOf(*this, uiX); }
+    KANVO_INLINE Pixels    Few(Tov_UInt uiCount) const { return LoadFew(kSrc, uiCount); }
+};
+
+//! As opaque pixels.
+struct FromRGB32
+{
+    FromARGB32 kSource;
+
+    KANVO_INLINE Pixels    Eight(std::size_t uiX) const { return _mm256_or_si256(kSource.Eight(uiX), AlphaBytes()); }
+    KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const { return SixteenOf(*this, uiX); }
+    KANVO_INLINE Pixels    Few(Tov_UInt uiCount) const { return _mm256_or_si256(kSource.Few(uiCount), AlphaBytes()); }
+};
+
+//! Each value in all four bytes, with some bits set.
+struct FromGrey
+{
+    const Kanvo_PixelA8* kSrc;
+    Pixels               kSet;
+
+    KANVO_INLINE Pixels Eight(std::size_t uiX) const
+    {
+        return Repeated<0>(FromWord(LoadWord<std::uint64_t>(kSrc + uiX)));
+    }
+    KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const
+    {
+        const __m128i kBytes = LoadHalf(kSrc + uiX);
+        return {Repeated<0>(kBytes), Repeated<8>(kBytes)};
+    }
+    KANVO_INLINE Pixels Few(Tov_UInt uiCount) const { return Repeated<0>(FromWord(LoadFewBytes(kSrc, uiCount))); }
+
+private:
+    //! Eight bytes from FIRST on.
+    template <int FIRST>
+    KANVO_INLINE Pixels Repeated(__m128i kBytes) const
+    {
+        constexpr int F    = FIRST;
+        const Pixels kFour = _mm256_setr_epi8(F, F, F, F, F + 1, F + 1, F + 1, F + 1, F + 2, F + 2, F + 2, F + 2, F + 3,
+                                              F + 3, F + 3, F + 3, F + 4, F + 4, F + 4, F + 4, F + 5, F + 5, F + 5,
+                                              F + 5, F + 6, F + 6, F + 6, F + 6, F + 7, F + 7, F + 7, F + 7);
+        return _mm256_or_si256(_mm256_shuffle_epi8(_mm256_broadcastsi128_si256(kBytes), kFour), kSet);
+    }
 };
 
 //! As opaque pixels.
@@ -305,9 +355,29 @@ struct From565
 {
     const Kanvo_PixelRGB565* kSrc;
 
-    KANVO_INLINE Pixels Eight(Tov_UInt uiX) const
+    KANVO_INLINE Pixels Eight(std::size_t uiX) const
     {
         return _mm256_or_si256(Expand565(LoadHalf(kSrc + uiX)), AlphaBytes());
+    }
+    KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const { return SixteenWith(_mm256_set1_epi16(-0x0100), uiX); }
+    //! Sixteen pixels with other alpha, given in 16-bit lanes, shifted up, in the order of InQuarters.
+    KANVO_INLINE TwoPixels SixteenWith(Pixels kAlpha, std::size_t uiX) const
+    {
+        // unpacking goes by halves of registers: the middle quarters change places beforehand
+        const Pixels kPixels = _mm256_permute4x64_epi64(Load(kSrc + uiX), QUARTERS);
+        const Pixels kRed =
+            _mm256_mulhi_epu16(_mm256_and_si256(kPixels, _mm256_set1_epi16(-0x0800)), _mm256_set1_epi16(264));
+        const Pixels kGreen = _mm256_mulhi_epu16(
+            _mm256_and_si256(_mm256_slli_epi16(kPixels, 5), _mm256_set1_epi16(-0x0400)), _mm256_set1_epi16(260));
+        const Pixels kBlue      = _mm256_mulhi_epu16(_mm256_slli_epi16(kPixels, 11), _mm256_set1_epi16(264));
+        const Pixels kGreenBlue = _mm256_or_si256(_mm256_slli_epi16(kGreen, 8), kBlue);
+        const Pixels kAlphaRed  = _mm256_or_si256(kAlpha, kRed);
+        return {_mm256_unpacklo_epi16(kGreenBlue, kAlphaRed), _mm256_unpackhi_epi16(kGreenBlue, kAlphaRed)};
+    }
+    //! Sixteen bytes in 16-bit lanes, ordered for SixteenWith.
+    static KANVO_INLINE Pixels InQuarters(__m128i kBytes)
+    {
+        return _mm256_cvtepu8_epi16(_mm_shuffle_epi32(kBytes, QUARTERS));
     }
     KANVO_INLINE Pixels Few(Tov_UInt uiCount) const
     {
@@ -318,6 +388,8 @@ struct From565
     }
 
 private:
+    static constexpr int QUARTERS = 0xD8;  //!< 0, 2, 1, 3
+
     //! The pixels behind the first four.
     static KANVO_INLINE std::uint64_t Rest(const Kanvo_PixelRGB565* kFrom, Tov_UInt uiCount)
     {
@@ -332,8 +404,9 @@ struct FromA8
     const Kanvo_PixelA8* kMask;
     Tov_UByte            ubAlpha;
 
-    KANVO_INLINE Pixels Eight(Tov_UInt uiX) const { return Scaled(LoadWord<std::uint64_t>(kMask + uiX)); }
-    KANVO_INLINE Pixels Few(Tov_UInt uiCount) const { return Scaled(LoadFewBytes(kMask, uiCount)); }
+    KANVO_INLINE Pixels    Eight(std::size_t uiX) const { return Scaled(LoadWord<std::uint64_t>(kMask + uiX)); }
+    KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const { return SixteenOf(*this, uiX); }
+    KANVO_INLINE Pixels    Few(Tov_UInt uiCount) const { return Scaled(LoadFewBytes(kMask, uiCount)); }
 
 private:
     KANVO_INLINE Pixels Scaled(std::uint64_t uiBytes) const
@@ -350,7 +423,23 @@ struct FromSourceAndA8
     Source kSource;
     FromA8 kCover;
 
-    KANVO_INLINE Pixels Eight(Tov_UInt uiX) const { return Join(kSource.Eight(uiX), kCover.Eight(uiX)); }
+    KANVO_INLINE Pixels    Eight(std::size_t uiX) const { return Join(kSource.Eight(uiX), kCover.Eight(uiX)); }
+    KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const
+    {
+        if constexpr (std::is_same_v<Source, From565>)
+        {
+            Pixels kAlpha = From565::InQuarters(LoadHalf(kCover.kMask + uiX));
+            if (kCover.ubAlpha != 255)
+            {
+                kAlpha = MulByte16(kAlpha, _mm256_set1_epi16(kCover.ubAlpha));
+            }
+            return kSource.SixteenWith(_mm256_slli_epi16(kAlpha, 8), uiX);
+        }
+        else
+        {
+            return SixteenOf(*this, uiX);
+        }
+    }
     KANVO_INLINE Pixels Few(Tov_UInt uiCount) const { return Join(kSource.Few(uiCount), kCover.Few(uiCount)); }
 
 private:
@@ -363,8 +452,9 @@ private:
 //! Nothing is read: the rule knows its colour.
 struct FromNowhere
 {
-    static KANVO_INLINE Pixels Eight(Tov_UInt /*uiX*/) { return _mm256_setzero_si256(); }
-    static KANVO_INLINE Pixels Few(Tov_UInt /*uiCount*/) { return _mm256_setzero_si256(); }
+    static KANVO_INLINE Pixels    Eight(std::size_t /*uiX*/) { return _mm256_setzero_si256(); }
+    static KANVO_INLINE TwoPixels Sixteen(std::size_t /*uiX*/) { return {Eight(0), Eight(0)}; }
+    static KANVO_INLINE Pixels    Few(Tov_UInt /*uiCount*/) { return _mm256_setzero_si256(); }
 };
 
 // ---- how it is drawn ------------------------------------------------------------------------------------------------
@@ -387,6 +477,20 @@ struct BlendRule
     static KANVO_INLINE Tov_Bool Nothing(Pixels kSrc) { return AllTransparent(kSrc); }
 };
 
+//! The same, but opaque pixels are stored.
+struct BlendOrStoreRule
+{
+    static KANVO_INLINE Pixels Any(Pixels kSrc, Pixels kDst)
+    {
+        return _mm256_blendv_epi8(BlendRule::Any(kSrc, kDst), kSrc, WhereOpaque(kSrc));
+    }
+    static KANVO_INLINE Pixels Opaque(Pixels kSrc, Pixels kDst)
+    {
+        return _mm256_blendv_epi8(BlendRule::Opaque(kSrc, kDst), kSrc, WhereOpaque(kSrc));
+    }
+    static KANVO_INLINE Tov_Bool Nothing(Pixels kSrc) { return AllTransparent(kSrc); }
+};
+
 //! BlendPixelSrcAlpha of a source whose alpha byte is already multiplied: as BlendPixel, but over a translucent pixel the
 //! colour's weight is the global alpha. (A translucent pixel becomes opaque under an opaque one alone, and then both
 //! weights are equal: whether the destination is opaque decides, not the result.)
@@ -396,9 +500,7 @@ struct OverRule
 
     KANVO_INLINE Pixels Any(Pixels kSrc, Pixels kDst) const
     {
-        const Pixels kOnes    = _mm256_set1_epi32(-1);
-        const Pixels kOpaque  = _mm256_cmpeq_epi32(_mm256_or_si256(kDst, _mm256_srli_epi32(kOnes, 8)), kOnes);
-        const Pixels kWeights = _mm256_blendv_epi8(kGlobalAlpha, kSrc, kOpaque);
+        const Pixels kWeights = _mm256_blendv_epi8(kGlobalAlpha, kSrc, WhereOpaque(kDst));
         return WithAlpha(MixHalfWeight(kSrc, kDst, kWeights), OverAlpha(kDst, _mm256_srli_epi32(kSrc, 24)));
     }
     static KANVO_INLINE Pixels   Opaque(Pixels kSrc, Pixels kDst) { return BlendRule::Opaque(kSrc, kDst); }
@@ -420,6 +522,23 @@ struct BlendEvenlyRule
         return _mm256_or_si256(kMix(kSrc, kDst), AlphaBytes());
     }
     static KANVO_INLINE Tov_Bool Nothing(Pixels /*kSrc*/) { return false; }
+};
+
+//! Opaque pixels are stored, those of alpha 0 left out, all others blended by one alpha.
+struct StampRule
+{
+    BlendEvenlyRule kBlend;
+
+    KANVO_INLINE Pixels Any(Pixels kSrc, Pixels kDst) const { return Chosen(kSrc, kDst, kBlend.Any(kSrc, kDst)); }
+    KANVO_INLINE Pixels Opaque(Pixels kSrc, Pixels kDst) const { return Chosen(kSrc, kDst, kBlend.Opaque(kSrc, kDst)); }
+    static KANVO_INLINE Tov_Bool Nothing(Pixels kSrc) { return AllTransparent(kSrc); }
+
+private:
+    static KANVO_INLINE Pixels Chosen(Pixels kSrc, Pixels kDst, Pixels kBlended)
+    {
+        const Pixels kNothing = _mm256_cmpeq_epi32(_mm256_srli_epi32(kSrc, 24), _mm256_setzero_si256());
+        return _mm256_blendv_epi8(_mm256_blendv_epi8(kBlended, kDst, kNothing), kSrc, WhereOpaque(kSrc));
+    }
 };
 
 //! One colour by one weight of eight bits. ubAlpha: what the alpha byte grows by.
@@ -460,6 +579,38 @@ private:
     }
 };
 
+//! Pixels by their alpha bytes, with KanvoBlit_MixLinear, where opaque ones are stored.
+struct MixRule
+{
+    static KANVO_INLINE Pixels Any(Pixels kSrc, Pixels kDst)
+    {
+        return StoreWhereFull(kSrc, WithAlpha(Mixed(kSrc, kDst), OverAlpha(kDst, _mm256_srli_epi32(kSrc, 24))));
+    }
+    static KANVO_INLINE Pixels Opaque(Pixels kSrc, Pixels kDst)
+    {
+        return StoreWhereFull(kSrc, _mm256_or_si256(Mixed(kSrc, kDst), AlphaBytes()));
+    }
+    static KANVO_INLINE Tov_Bool Nothing(Pixels kSrc) { return AllTransparent(kSrc); }
+
+private:
+    //! As MixColor; the alpha bytes mean nothing.
+    static KANVO_INLINE Pixels Mixed(Pixels kSrc, Pixels kDst)
+    {
+        const Pixels kLanes        = Splat(KANVO_LANES);
+        const Pixels kAlpha        = _mm256_srli_epi32(kSrc, 24);
+        const Pixels kWeights      = _mm256_or_si256(kAlpha, _mm256_slli_epi32(kAlpha, 16));
+        const Pixels kToRedBlue    = _mm256_sub_epi16(_mm256_and_si256(kSrc, kLanes), _mm256_and_si256(kDst, kLanes));
+        const Pixels kToAlphaGreen = _mm256_sub_epi16(_mm256_srli_epi16(kSrc, 8), _mm256_srli_epi16(kDst, 8));
+        return JoinSums(
+            _mm256_add_epi16(_mm256_slli_epi16(kDst, 8), _mm256_mullo_epi16(kToRedBlue, kWeights)),
+            _mm256_add_epi16(_mm256_andnot_si256(kLanes, kDst), _mm256_mullo_epi16(kToAlphaGreen, kWeights)));
+    }
+    static KANVO_INLINE Pixels StoreWhereFull(Pixels kSrc, Pixels kMixed)
+    {
+        return _mm256_blendv_epi8(kMixed, kSrc, WhereOpaque(kSrc));
+    }
+};
+
 //! Stores the source where its alpha is not 0.
 struct StoreRule
 {
@@ -485,28 +636,27 @@ KANVO_INLINE void DrawRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Source kSou
         }
         return;
     }
-    const Tov_UInt uiLast = uiCount - LANES;
-    Pixels         kLast  = _mm256_setzero_si256();
+    const std::size_t uiLast = uiCount - LANES;
+    Pixels            kLast  = _mm256_setzero_si256();
     if (uiCount % LANES != 0)
     {
         kLast = kRule.Any(kSource.Eight(uiLast), Load(kDst + uiLast));
     }
-    Tov_UInt uiX = 0;
+    std::size_t uiX = 0;
     for (; uiCount - uiX >= 2 * LANES; uiX += 2 * LANES)
     {
-        const Pixels kSrc0 = kSource.Eight(uiX);
-        const Pixels kSrc1 = kSource.Eight(uiX + LANES);
-        const Pixels kDst0 = Load(kDst + uiX);
-        const Pixels kDst1 = Load(kDst + uiX + LANES);
+        const TwoPixels kFrom = kSource.Sixteen(uiX);
+        const Pixels    kDst0 = Load(kDst + uiX);
+        const Pixels    kDst1 = Load(kDst + uiX + LANES);
         if (!AllOpaque(_mm256_and_si256(kDst0, kDst1)))
         {
-            Store(kDst + uiX, kRule.Any(kSrc0, kDst0));
-            Store(kDst + uiX + LANES, kRule.Any(kSrc1, kDst1));
+            Store(kDst + uiX, kRule.Any(kFrom.kLow, kDst0));
+            Store(kDst + uiX + LANES, kRule.Any(kFrom.kHigh, kDst1));
         }
-        else if (!kRule.Nothing(_mm256_or_si256(kSrc0, kSrc1)))
+        else if (!kRule.Nothing(_mm256_or_si256(kFrom.kLow, kFrom.kHigh)))
         {
-            Store(kDst + uiX, kRule.Opaque(kSrc0, kDst0));
-            Store(kDst + uiX + LANES, kRule.Opaque(kSrc1, kDst1));
+            Store(kDst + uiX, kRule.Opaque(kFrom.kLow, kDst0));
+            Store(kDst + uiX + LANES, kRule.Opaque(kFrom.kHigh, kDst1));
         }
     }
     if (uiX <= uiLast)
@@ -516,6 +666,31 @@ KANVO_INLINE void DrawRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Source kSou
     if (uiCount % LANES != 0)
     {
         Store(kDst + uiLast, kLast);
+    }
+}
+
+//! Stores what the source gives, over a row that shares no memory with it.
+template <class Source>
+KANVO_INLINE void StoreRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Source kSource)
+{
+    if (uiCount < LANES)
+    {
+        StoreFew(kDst, kSource.Few(uiCount), uiCount);
+    }
+    else if (uiCount < 2 * LANES)
+    {
+        const std::size_t uiLast = uiCount - LANES;
+        Store(kDst, kSource.Eight(0));
+        Store(kDst + uiLast, kSource.Eight(uiLast));
+    }
+    else
+    {
+        const std::size_t uiLast = uiCount - 2 * LANES;
+        for (std::size_t uiX = 0; uiX < uiLast; uiX += 2 * LANES)
+        {
+            StoreSixteen(kDst + uiX, kSource.Sixteen(uiX));
+        }
+        StoreSixteen(kDst + uiLast, kSource.Sixteen(uiLast));
     }
 }
 
@@ -569,13 +744,57 @@ struct RowsAVX2
         }
         else
         {
-            const Tov_UInt uiLast = uiCount - LANES;
-            for (Tov_UInt uiX = 0; uiX < uiLast; uiX += LANES)
+            const std::size_t uiLast = uiCount - LANES;
+            for (std::size_t uiX = 0; uiX < uiLast; uiX += LANES)
             {
                 Store(kDst + uiX, Load(kSrc + uiX));
             }
             Store(kDst + uiLast, Load(kSrc + uiLast));
         }
+    }
+
+    static KANVO_INLINE void CopyOpaque(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount))
+        {
+            Kanvo_RowsReference::CopyOpaque(kDst, kSrc, uiCount);
+        }
+        else
+        {
+            StoreRow(kDst, uiCount, FromRGB32{{kSrc}});
+        }
+    }
+
+    static KANVO_INLINE Tov_Bool IsOpaque(const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+    {
+        if (uiCount < 2 * LANES)
+        {
+            return Kanvo_RowsReference::IsOpaque(kSrc, uiCount);
+        }
+        const std::size_t uiLast = uiCount - 2 * LANES;
+        Pixels            kLow   = Load(kSrc + uiLast);
+        Pixels            kHigh  = Load(kSrc + uiLast + LANES);
+        for (std::size_t uiX = 0; uiX < uiLast; uiX += 2 * LANES)
+        {
+            kLow  = _mm256_and_si256(kLow, Load(kSrc + uiX));
+            kHigh = _mm256_and_si256(kHigh, Load(kSrc + uiX + LANES));
+        }
+        return AllOpaque(_mm256_and_si256(kLow, kHigh));
+    }
+
+    static KANVO_INLINE void TakeAlpha(Kanvo_PixelA8* kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+    {
+        if (uiCount < 2 * LANES || Kanvo_RowsOverlap(kSrc, kDst, uiCount))
+        {
+            Kanvo_RowsReference::TakeAlpha(kDst, kSrc, uiCount);
+            return;
+        }
+        const std::size_t uiLast = uiCount - 2 * LANES;
+        for (std::size_t uiX = 0; uiX < uiLast; uiX += 2 * LANES)
+        {
+            TakeSixteen(kDst + uiX, kSrc + uiX);
+        }
+        TakeSixteen(kDst + uiLast, kSrc + uiLast);
     }
 
     static KANVO_INLINE void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
@@ -596,6 +815,36 @@ struct RowsAVX2
         }
     }
 
+    static KANVO_INLINE void BlendOrStore(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                                          Tov_UByte ubAlpha)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount))
+        {
+            Kanvo_RowsReference::BlendOrStore(kDst, kSrc, uiCount, ubAlpha);
+        }
+        else if (ubAlpha == 255)
+        {
+            DrawRow(kDst, uiCount, FromARGB32{kSrc}, BlendOrStoreRule{});
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, FromScaledARGB32{{kSrc}, Splat(ubAlpha)}, BlendRule{});
+        }
+    }
+
+    static KANVO_INLINE void Stamp(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                                   Tov_UByte ubAlpha)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount))
+        {
+            Kanvo_RowsReference::Stamp(kDst, kSrc, uiCount, ubAlpha);
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, FromARGB32{kSrc}, StampRule{{MixByOneHalfWeight(ubAlpha), ubAlpha}});
+        }
+    }
+
     static KANVO_INLINE void BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
                                         Tov_UByte ubAlpha)
     {
@@ -604,29 +853,28 @@ struct RowsAVX2
         DrawRow(kDst, uiCount, FromNowhere{}, MixColorEvenlyRule{MixColorEvenly(clColor, ubWeight), ubAlpha});
     }
 
+    static KANVO_INLINE void ConvertA8(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kSrc, Tov_UInt uiCount,
+                                       Kanvo_PixelARGB32 pxSet)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount))
+        {
+            Kanvo_RowsReference::ConvertA8(kDst, kSrc, uiCount, pxSet);
+        }
+        else
+        {
+            StoreRow(kDst, uiCount, FromGrey{kSrc, Splat(pxSet)});
+        }
+    }
+
     static KANVO_INLINE void Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount)
     {
         if (Kanvo_RowsOverlap(kDst, kSrc, uiCount))
         {
             Kanvo_RowsReference::Convert565(kDst, kSrc, uiCount);
         }
-        else if (uiCount < LANES)
-        {
-            StoreFew(kDst, From565{kSrc}.Few(uiCount), uiCount);
-        }
-        else if (uiCount < 2 * LANES)
-        {
-            Store(kDst, From565{kSrc}.Eight(0));
-            Store(kDst + (uiCount - LANES), From565{kSrc}.Eight(uiCount - LANES));
-        }
         else
         {
-            const Tov_UInt uiLast = uiCount - 2 * LANES;
-            for (Tov_UInt uiX = 0; uiX < uiLast; uiX += 2 * LANES)
-            {
-                Convert565Sixteen(kDst + uiX, kSrc + uiX);
-            }
-            Convert565Sixteen(kDst + uiLast, kSrc + uiLast);
+            StoreRow(kDst, uiCount, From565{kSrc});
         }
     }
 
@@ -683,6 +931,19 @@ struct RowsAVX2
         }
     }
 
+    static KANVO_INLINE void MixMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, const Kanvo_PixelA8* kMask,
+                                     Tov_UInt uiCount)
+    {
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount) || Kanvo_RowsOverlap(kDst, kMask, uiCount))
+        {
+            Kanvo_RowsReference::MixMask(kDst, kSrc, kMask, uiCount);
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, FromSourceAndA8<FromARGB32>{{kSrc}, {kMask, 255}}, MixRule{});
+        }
+    }
+
     static KANVO_INLINE void ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiCount,
                                        Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha)
     {
@@ -697,6 +958,15 @@ struct RowsAVX2
     }
 
 private:
+    static KANVO_INLINE void TakeSixteen(Kanvo_PixelA8* kTo, const Kanvo_PixelARGB32* kFrom)
+    {
+        const Pixels kLow   = _mm256_srli_epi32(Load(kFrom), 24);
+        const Pixels kHigh  = _mm256_srli_epi32(Load(kFrom + LANES), 24);
+        const Pixels kWords = _mm256_permute4x64_epi64(_mm256_packus_epi32(kLow, kHigh), 0xD8);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(kTo),
+                         _mm_packus_epi16(_mm256_castsi256_si128(kWords), _mm256_extracti128_si256(kWords, 1)));
+    }
+
     static constexpr Tov_UInt COPIED_HERE = 128;  //!< pixels; longer rows are worth a call of memcpy
 
     //! With each alpha byte multiplied by the global alpha.
@@ -705,8 +975,9 @@ private:
         FromARGB32 kSource;
         Pixels     kAlpha;  //!< in 32-bit lanes
 
-        KANVO_INLINE Pixels Eight(Tov_UInt uiX) const { return Scaled(kSource.Eight(uiX)); }
-        KANVO_INLINE Pixels Few(Tov_UInt uiCount) const { return Scaled(kSource.Few(uiCount)); }
+        KANVO_INLINE Pixels    Eight(std::size_t uiX) const { return Scaled(kSource.Eight(uiX)); }
+        KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const { return SixteenOf(*this, uiX); }
+        KANVO_INLINE Pixels    Few(Tov_UInt uiCount) const { return Scaled(kSource.Few(uiCount)); }
 
     private:
         KANVO_INLINE Pixels Scaled(Pixels kPixels) const

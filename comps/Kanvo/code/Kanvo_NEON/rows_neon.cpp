@@ -29,6 +29,17 @@ KANVO_INLINE void Store(Kanvo_OffsetARGB32 kTo, const Channels& kPixels)
     vst4_u8(reinterpret_cast<std::uint8_t*>(kTo), kPixels);
 }
 
+//! A word in all lanes.
+KANVO_INLINE Channels Splat(Tov_UInt uiWord)
+{
+    Channels kPixels;
+    for (int iChannel = 0; iChannel <= ALPHA; ++iChannel)
+    {
+        kPixels.val[iChannel] = vdup_n_u8(static_cast<Tov_UByte>(uiWord >> (8 * iChannel)));
+    }
+    return kPixels;
+}
+
 // ---- arithmetic -----------------------------------------------------------------------------------------------------
 
 //! t / 255, truncated, for t of 0 .. 65025.
@@ -58,6 +69,21 @@ KANVO_INLINE void MixHalfWeight(Channels& kDst, const Channels& kSrc, Channel kA
     kDst.val[2]           = vshrn_n_u16(vmlal_u8(vmull_u8(kSrc.val[2], kWeight), kDst.val[2], kRest), 7);
 }
 
+//! The source in the lanes that are set in kWhere.
+KANVO_INLINE void StoreWhere(Channel kWhere, Channels& kDst, const Channels& kSrc)
+{
+    kDst.val[0]     = vbsl_u8(kWhere, kSrc.val[0], kDst.val[0]);
+    kDst.val[1]     = vbsl_u8(kWhere, kSrc.val[1], kDst.val[1]);
+    kDst.val[2]     = vbsl_u8(kWhere, kSrc.val[2], kDst.val[2]);
+    kDst.val[ALPHA] = vbsl_u8(kWhere, kSrc.val[ALPHA], kDst.val[ALPHA]);
+}
+
+//! d + (s - d) w / 256 as (d (255 - w) + d + s w) / 256, 0 .. 65280, for w below 255.
+KANVO_INLINE Channel Mix(Channel kDst, Channel kSrc, Channel kWeight)
+{
+    return vshrn_n_u16(vaddw_u8(vmlal_u8(vmull_u8(kDst, vmvn_u8(kWeight)), kSrc, kWeight), kDst), 8);
+}
+
 //! RGB565 pixels taken apart; the alpha stays unset. Five or six bits become eight by repeating the top bits below.
 KANVO_INLINE void Expand565(Channels& kPixels, uint16x8_t kPacked)
 {
@@ -70,6 +96,47 @@ KANVO_INLINE void Expand565(Channels& kPixels, uint16x8_t kPacked)
 }
 
 // ---- rules: eight pixels, drawn over kDst; a rule walks along its sources -------------------------------------------
+
+//! BlendPixel by the source's own alpha. SCALED: whether the global alpha is below 255; at 255 opaque pixels are stored.
+template <bool SCALED>
+struct BlendOrStoreRule
+{
+    const Kanvo_PixelARGB32* kSrc;
+    Channel                  kGlobalAlpha;
+
+    KANVO_INLINE void operator()(Channels& kDst)
+    {
+        const Channels kSource = Load(kSrc);
+        kSrc += LANES;
+        const Channel kAlpha = SCALED ? MulByte(kSource.val[ALPHA], kGlobalAlpha) : kSource.val[ALPHA];
+        MixHalfWeight(kDst, kSource, kAlpha);
+        kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], kAlpha);
+        if (!SCALED)
+        {
+            StoreWhere(vceq_u8(kAlpha, vdup_n_u8(255)), kDst, kSource);
+        }
+    }
+    void Skip(Tov_UInt uiCount) { kSrc += uiCount; }
+};
+
+//! Opaque pixels are stored, those of alpha 0 left out, all others blended by one alpha.
+struct StampRule
+{
+    const Kanvo_PixelARGB32* kSrc;
+    Channel                  kAlpha;
+
+    KANVO_INLINE void operator()(Channels& kDst)
+    {
+        const Channels kSource = Load(kSrc);
+        kSrc += LANES;
+        // a blend by 0 leaves the pixel as it is
+        const Channel kWeight = vand_u8(vtst_u8(kSource.val[ALPHA], kSource.val[ALPHA]), kAlpha);
+        MixHalfWeight(kDst, kSource, kWeight);
+        kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], kWeight);
+        StoreWhere(vceq_u8(kSource.val[ALPHA], vdup_n_u8(255)), kDst, kSource);
+    }
+    void Skip(Tov_UInt uiCount) { kSrc += uiCount; }
+};
 
 //! BlendPixelSrcAlpha. SCALED: whether the global alpha is below 255.
 template <bool SCALED>
@@ -180,14 +247,10 @@ struct StoreMask565Rule
     {
         Channels kNew = kDst;
         Expand565(kNew, vld1q_u16(kSrc));
-        const Channel kCover = vld1_u8(kMask);
+        kNew.val[ALPHA] = vld1_u8(kMask);
         kSrc += LANES;
         kMask += LANES;
-        const Channel kVisible = vtst_u8(kCover, kCover);
-        kDst.val[0]            = vbsl_u8(kVisible, kNew.val[0], kDst.val[0]);
-        kDst.val[1]            = vbsl_u8(kVisible, kNew.val[1], kDst.val[1]);
-        kDst.val[2]            = vbsl_u8(kVisible, kNew.val[2], kDst.val[2]);
-        kDst.val[ALPHA]        = vbsl_u8(kVisible, kCover, kDst.val[ALPHA]);
+        StoreWhere(vtst_u8(kNew.val[ALPHA], kNew.val[ALPHA]), kDst, kNew);
     }
     void Skip(Tov_UInt uiCount)
     {
@@ -232,29 +295,45 @@ private:
     uint16x8_t m_akParts[ALPHA];
 };
 
-//! One colour by coverages, with KanvoBlit_MixLinear, where full coverage stores the colour.
+//! A colour by coverages, with KanvoBlit_MixLinear, where full coverage stores it.
+KANVO_INLINE void MixByCover(Channels& kDst, const Channels& kColor, Channel kCover)
+{
+    const Channel kOver = OverAlpha(kDst.val[ALPHA], kCover);
+    const Channel kFull = vceq_u8(kCover, vdup_n_u8(255));
+    kDst.val[0]         = vbsl_u8(kFull, kColor.val[0], Mix(kDst.val[0], kColor.val[0], kCover));
+    kDst.val[1]         = vbsl_u8(kFull, kColor.val[1], Mix(kDst.val[1], kColor.val[1], kCover));
+    kDst.val[2]         = vbsl_u8(kFull, kColor.val[2], Mix(kDst.val[2], kColor.val[2], kCover));
+    kDst.val[ALPHA]     = vbsl_u8(kFull, kColor.val[ALPHA], kOver);
+}
+
+//! The one colour.
 template <bool SCALED>
 struct MixColorRule
 {
     FromA8<SCALED> kCover;
     Channels       kColor;
 
+    KANVO_INLINE void operator()(Channels& kDst) { MixByCover(kDst, kColor, kCover.Next()); }
+    void              Skip(Tov_UInt uiCount) { kCover.Skip(uiCount); }
+};
+
+//! A colour for each pixel, taken as opaque.
+struct MixMaskRule
+{
+    const Kanvo_PixelARGB32* kSrc;
+    FromA8<false>            kCover;
+
     KANVO_INLINE void operator()(Channels& kDst)
     {
-        const Channel kWeight = kCover.Next();
-        const Channel kRest   = vmvn_u8(kWeight);
-        const Channel kFull   = vceq_u8(kWeight, vdup_n_u8(255));
-        kDst.val[0]           = vbsl_u8(kFull, kColor.val[0], Mixed(kDst.val[0], kColor.val[0], kWeight, kRest));
-        kDst.val[1]           = vbsl_u8(kFull, kColor.val[1], Mixed(kDst.val[1], kColor.val[1], kWeight, kRest));
-        kDst.val[2]           = vbsl_u8(kFull, kColor.val[2], Mixed(kDst.val[2], kColor.val[2], kWeight, kRest));
-        kDst.val[ALPHA]       = vbsl_u8(kFull, kColor.val[ALPHA], OverAlpha(kDst.val[ALPHA], kWeight));
+        Channels kSource = Load(kSrc);
+        kSrc += LANES;
+        kSource.val[ALPHA] = vdup_n_u8(255);
+        MixByCover(kDst, kSource, kCover.Next());
     }
-    void Skip(Tov_UInt uiCount) { kCover.Skip(uiCount); }
-
-private:
-    static KANVO_INLINE Channel Mixed(Channel kDst, Channel kSrc, Channel kWeight, Channel kRest)
+    void Skip(Tov_UInt uiCount)
     {
-        return vshrn_n_u16(vaddw_u8(vmlal_u8(vmull_u8(kDst, kRest), kSrc, kWeight), kDst), 8);
+        kSrc += uiCount;
+        kCover.Skip(uiCount);
     }
 };
 
@@ -278,6 +357,19 @@ KANVO_INLINE void DrawRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Rule kRule)
         Store(kDst, kPixels);
     }
     Store(kLast, kEnd);
+}
+
+//! Moves a row of eight pixels or more that shares no memory with its source: kMoveEight(to, from) does it for eight. The
+//! last ones may be moved twice.
+template <class DstPixel, class SrcPixel, class MoveEight>
+KANVO_INLINE void MoveRow(DstPixel* kDst, const SrcPixel* kSrc, Tov_UInt uiCount, MoveEight kMoveEight)
+{
+    const Tov_UInt uiLast = uiCount - LANES;
+    for (Tov_UInt uiX = 0; uiX < uiLast; uiX += LANES)
+    {
+        kMoveEight(kDst + uiX, kSrc + uiX);
+    }
+    kMoveEight(kDst + uiLast, kSrc + uiLast);
 }
 
 //! Whether a row must be left to the portable body.
@@ -335,12 +427,59 @@ struct RowsNEON
             Kanvo_RowsReference::Copy(kDst, kSrc, uiCount);
             return;
         }
-        const Tov_UInt uiLast = uiCount - LANES;
-        for (Tov_UInt uiX = 0; uiX < uiLast; uiX += LANES)
+        MoveRow(kDst, kSrc, uiCount,
+                [](Kanvo_OffsetARGB32 kTo, const Kanvo_PixelARGB32* kFrom)
+                {
+                    const uint32x4_t kLow  = vld1q_u32(kFrom);
+                    const uint32x4_t kHigh = vld1q_u32(kFrom + 4);
+                    vst1q_u32(kTo, kLow);
+                    vst1q_u32(kTo + 4, kHigh);
+                });
+    }
+
+    static KANVO_INLINE void CopyOpaque(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+    {
+        if (!IsOrdinary(uiCount, kDst, kSrc))
         {
-            CopyEight(kDst + uiX, kSrc + uiX);
+            Kanvo_RowsReference::CopyOpaque(kDst, kSrc, uiCount);
+            return;
         }
-        CopyEight(kDst + uiLast, kSrc + uiLast);
+        const uint32x4_t kOpaque = vdupq_n_u32(0xFF000000U);
+        MoveRow(kDst, kSrc, uiCount,
+                [kOpaque](Kanvo_OffsetARGB32 kTo, const Kanvo_PixelARGB32* kFrom)
+                {
+                    const uint32x4_t kLow  = vorrq_u32(vld1q_u32(kFrom), kOpaque);
+                    const uint32x4_t kHigh = vorrq_u32(vld1q_u32(kFrom + 4), kOpaque);
+                    vst1q_u32(kTo, kLow);
+                    vst1q_u32(kTo + 4, kHigh);
+                });
+    }
+
+    static KANVO_INLINE Tov_Bool IsOpaque(const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+    {
+        if (uiCount < LANES)
+        {
+            return Kanvo_RowsReference::IsOpaque(kSrc, uiCount);
+        }
+        const Kanvo_PixelARGB32* const kLast = kSrc + (uiCount - LANES);
+        uint32x4_t                     kAll  = vandq_u32(vld1q_u32(kLast), vld1q_u32(kLast + 4));
+        for (; kSrc < kLast; kSrc += LANES)
+        {
+            kAll = vandq_u32(kAll, vandq_u32(vld1q_u32(kSrc), vld1q_u32(kSrc + 4)));
+        }
+        const uint32x2_t kHalf = vand_u32(vget_low_u32(kAll), vget_high_u32(kAll));
+        return (vget_lane_u32(kHalf, 0) & vget_lane_u32(kHalf, 1)) >= 0xFF000000U;
+    }
+
+    static KANVO_INLINE void TakeAlpha(Kanvo_PixelA8* kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+    {
+        if (!IsOrdinary(uiCount, kSrc, kDst))
+        {
+            Kanvo_RowsReference::TakeAlpha(kDst, kSrc, uiCount);
+            return;
+        }
+        MoveRow(kDst, kSrc, uiCount,
+                [](Kanvo_PixelA8* kTo, const Kanvo_PixelARGB32* kFrom) { vst1_u8(kTo, Load(kFrom).val[ALPHA]); });
     }
 
     static KANVO_INLINE void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
@@ -360,6 +499,36 @@ struct RowsNEON
         }
     }
 
+    static KANVO_INLINE void BlendOrStore(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                                          Tov_UByte ubAlpha)
+    {
+        if (!IsOrdinary(uiCount, kDst, kSrc))
+        {
+            Kanvo_RowsReference::BlendOrStore(kDst, kSrc, uiCount, ubAlpha);
+        }
+        else if (ubAlpha == 255)
+        {
+            DrawRow(kDst, uiCount, BlendOrStoreRule<false>{kSrc, vdup_n_u8(255)});
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, BlendOrStoreRule<true>{kSrc, vdup_n_u8(ubAlpha)});
+        }
+    }
+
+    static KANVO_INLINE void Stamp(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                                   Tov_UByte ubAlpha)
+    {
+        if (IsOrdinary(uiCount, kDst, kSrc))
+        {
+            DrawRow(kDst, uiCount, StampRule{kSrc, vdup_n_u8(ubAlpha)});
+        }
+        else
+        {
+            Kanvo_RowsReference::Stamp(kDst, kSrc, uiCount, ubAlpha);
+        }
+    }
+
     static KANVO_INLINE void BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
                                         Tov_UByte ubAlpha)
     {
@@ -374,6 +543,28 @@ struct RowsNEON
         }
     }
 
+    static KANVO_INLINE void ConvertA8(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kSrc, Tov_UInt uiCount,
+                                       Kanvo_PixelARGB32 pxSet)
+    {
+        if (!IsOrdinary(uiCount, kDst, kSrc))
+        {
+            Kanvo_RowsReference::ConvertA8(kDst, kSrc, uiCount, pxSet);
+            return;
+        }
+        const Channels kSet = Splat(pxSet);
+        MoveRow(kDst, kSrc, uiCount,
+                [kSet](Kanvo_OffsetARGB32 kTo, const Kanvo_PixelA8* kFrom)
+                {
+                    const Channel kGrey = vld1_u8(kFrom);
+                    Channels      kPixels;
+                    kPixels.val[0]     = vorr_u8(kGrey, kSet.val[0]);
+                    kPixels.val[1]     = vorr_u8(kGrey, kSet.val[1]);
+                    kPixels.val[2]     = vorr_u8(kGrey, kSet.val[2]);
+                    kPixels.val[ALPHA] = vorr_u8(kGrey, kSet.val[ALPHA]);
+                    Store(kTo, kPixels);
+                });
+    }
+
     static KANVO_INLINE void Convert565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount)
     {
         if (!IsOrdinary(uiCount, kDst, kSrc))
@@ -381,12 +572,14 @@ struct RowsNEON
             Kanvo_RowsReference::Convert565(kDst, kSrc, uiCount);
             return;
         }
-        const Tov_UInt uiLast = uiCount - LANES;
-        for (Tov_UInt uiX = 0; uiX < uiLast; uiX += LANES)
-        {
-            ConvertEight(kDst + uiX, kSrc + uiX);
-        }
-        ConvertEight(kDst + uiLast, kSrc + uiLast);
+        Channels kPixels;
+        kPixels.val[ALPHA] = vdup_n_u8(255);
+        MoveRow(kDst, kSrc, uiCount,
+                [kPixels](Kanvo_OffsetARGB32 kTo, const Kanvo_PixelRGB565* kFrom) mutable
+                {
+                    Expand565(kPixels, vld1q_u16(kFrom));
+                    Store(kTo, kPixels);
+                });
     }
 
     static KANVO_INLINE void Over565(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelRGB565* kSrc, Tov_UInt uiCount,
@@ -450,6 +643,19 @@ struct RowsNEON
         }
     }
 
+    static KANVO_INLINE void MixMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, const Kanvo_PixelA8* kMask,
+                                     Tov_UInt uiCount)
+    {
+        if (IsOrdinary(uiCount, kDst, kSrc, kMask))
+        {
+            DrawRow(kDst, uiCount, MixMaskRule{kSrc, {kMask, vdup_n_u8(255)}});
+        }
+        else
+        {
+            Kanvo_RowsReference::MixMask(kDst, kSrc, kMask, uiCount);
+        }
+    }
+
     static KANVO_INLINE void ColorMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kMask, Tov_UInt uiCount,
                                        Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha)
     {
@@ -458,11 +664,7 @@ struct RowsNEON
             Kanvo_RowsReference::ColorMask(kDst, kMask, uiCount, clColor, ubAlpha);
             return;
         }
-        Channels kColor;
-        for (int iChannel = 0; iChannel <= ALPHA; ++iChannel)
-        {
-            kColor.val[iChannel] = vdup_n_u8(static_cast<Tov_UByte>(clColor >> (8 * iChannel)));
-        }
+        const Channels kColor = Splat(clColor);
         if (ubAlpha == 255)
         {
             DrawRow(kDst, uiCount, MixColorRule<false>{{kMask, vdup_n_u8(255)}, kColor});
@@ -478,20 +680,6 @@ private:
     {
         vst1q_u32(kTo, kPixels);
         vst1q_u32(kTo + 4, kPixels);
-    }
-    static KANVO_INLINE void CopyEight(Kanvo_OffsetARGB32 kTo, const Kanvo_PixelARGB32* kFrom)
-    {
-        const uint32x4_t kLow  = vld1q_u32(kFrom);
-        const uint32x4_t kHigh = vld1q_u32(kFrom + 4);
-        vst1q_u32(kTo, kLow);
-        vst1q_u32(kTo + 4, kHigh);
-    }
-    static KANVO_INLINE void ConvertEight(Kanvo_OffsetARGB32 kTo, const Kanvo_PixelRGB565* kFrom)
-    {
-        Channels kPixels;
-        kPixels.val[ALPHA] = vdup_n_u8(255);
-        Expand565(kPixels, vld1q_u16(kFrom));
-        Store(kTo, kPixels);
     }
 };
 

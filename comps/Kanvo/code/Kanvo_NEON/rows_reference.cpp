@@ -17,6 +17,20 @@ KANVO_INLINE Kanvo_PixelARGB32 Expand565(Kanvo_PixelRGB565 pxPixel)
                                 Kanvo_PixelRGB565_Access::BlueFromPixel(pxPixel));
 }
 
+//! Stores where ubOwn is 255, leaves the pixel where it is 0, and blends by ubAlpha otherwise. Rows of these are pictures
+//! of few colours, where most pixels need no blend.
+KANVO_INLINE void StoreOrBlend(Kanvo_OffsetARGB32 kDst, Kanvo_PixelARGB32 pxSrc, Tov_UByte ubOwn, Tov_UByte ubAlpha)
+{
+    if (ubOwn == 255)
+    {
+        *kDst = pxSrc;
+    }
+    else if (ubOwn != 0)
+    {
+        Access::BlendPixel(kDst, pxSrc, ubAlpha);
+    }
+}
+
 }  // namespace
 
 void Kanvo_RowsReference::Fill(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_PixelARGB32 pxPixel)
@@ -56,6 +70,32 @@ void Kanvo_RowsReference::Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32*
     CopyBytes(kDst, kSrc, uiCount * static_cast<Tov_UInt>(sizeof(Kanvo_PixelARGB32)));
 }
 
+void Kanvo_RowsReference::CopyOpaque(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        kDst[uiX] = Access::ColorAndAlphaToPixel(kSrc[uiX], 255);
+    }
+}
+
+Tov_Bool Kanvo_RowsReference::IsOpaque(const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+{
+    Kanvo_PixelARGB32 pxAll = 0xFFFFFFFFU;  // without a branch on each pixel
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        pxAll &= kSrc[uiX];
+    }
+    return Access::AlphaFromPixel(pxAll) == 255;
+}
+
+void Kanvo_RowsReference::TakeAlpha(Kanvo_PixelA8* kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        kDst[uiX] = Access::AlphaFromPixel(kSrc[uiX]);
+    }
+}
+
 void Kanvo_RowsReference::Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
                                Tov_UByte ubAlpha)
 {
@@ -65,12 +105,42 @@ void Kanvo_RowsReference::Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32*
     }
 }
 
+void Kanvo_RowsReference::BlendOrStore(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                                       Tov_UByte ubAlpha)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        const Kanvo_PixelARGB32 pxSrc    = kSrc[uiX];
+        const Tov_UByte         ubWeight = Kanvo_MulByte(Access::AlphaFromPixel(pxSrc), ubAlpha);
+        StoreOrBlend(kDst + uiX, pxSrc, ubWeight, ubWeight);
+    }
+}
+
+void Kanvo_RowsReference::Stamp(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
+                                Tov_UByte ubAlpha)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        const Kanvo_PixelARGB32 pxSrc = kSrc[uiX];
+        StoreOrBlend(kDst + uiX, pxSrc, Access::AlphaFromPixel(pxSrc), ubAlpha);
+    }
+}
+
 void Kanvo_RowsReference::BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
                                      Tov_UByte ubAlpha)
 {
     for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
     {
         Access::BlendPixel(kDst + uiX, clColor, ubAlpha);
+    }
+}
+
+void Kanvo_RowsReference::ConvertA8(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kSrc, Tov_UInt uiCount,
+                                    Kanvo_PixelARGB32 pxSet)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        kDst[uiX] = kSrc[uiX] * 0x01010101U | pxSet;
     }
 }
 
@@ -122,6 +192,15 @@ void Kanvo_RowsReference::BlendMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelAR
     for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
     {
         Access::BlendPixel(kDst + uiX, kSrc[uiX], Kanvo_MulByte(kMask[uiX], ubAlpha));
+    }
+}
+
+void Kanvo_RowsReference::MixMask(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, const Kanvo_PixelA8* kMask,
+                                  Tov_UInt uiCount)
+{
+    for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
+    {
+        kDst[uiX] = KanvoBlit_MixLinear(kDst[uiX], Access::ColorAndAlphaToPixel(kSrc[uiX], 255), kMask[uiX]);
     }
 }
 
