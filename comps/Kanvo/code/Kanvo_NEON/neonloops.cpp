@@ -7,6 +7,7 @@
 
 #include "Kanvo_Level.h"
 #include "neonloops_rects.h"
+#include "scaled_rows.h"
 
 // Whether there is an environment to ask.
 #if defined(__unix__) || defined(__APPLE__) || defined(_WIN32)
@@ -77,6 +78,7 @@ const Kanvo_LevelBodies* FindBestBodies()
 void Install(const Kanvo_LevelBodies& kBodies)
 {
     g_Kanvo_pkRows = &kBodies.kRows;
+    Kanvo_InstallScaledRows(kBodies.kRows.eLevel);
 
     neonloops_fill_argb32                = kBodies.pfnFill;
     neonloops_fill_argb32_ag             = kBodies.pfnFillMix;
