@@ -38,7 +38,7 @@ STEMS = {
         Kanvo_Blit Kanvo_PrecompiledImageInfo Kanvo_RLECompressedBlits Kanvo_StretchBlit Kanvo_RotBlit
         Kanvo_Linedraw Kanvo_Dotdraw Kanvo_Polydraw Kanvo_PolydrawAA Kanvo_Print""",
     "WALKS": """
-        Kanvo_BlitScan Kanvo_StretchScan Kanvo_RotScan Kanvo_Sampler Kanvo_Linedraw_Octant
+        Kanvo_BlitScan Kanvo_StretchScan Kanvo_RotScan Kanvo_Sampler Kanvo_SampleStrips Kanvo_Linedraw_Octant
         Kanvo_Thinline Kanvo_Wideline Kanvo_Rasterline Kanvo_PolyScan""",
     "SPANS": """
         Kanvo_Spandraw Kanvo_SpandrawTex
@@ -55,7 +55,9 @@ STEMS = {
 NEON_STEMS = {
     "WORKERS": "neonloops_stretch",
     "SPANS": "neonloops",
-    "PIXELS": "rows rows_reference rows_neon rows_avx2 neonloops_rects",
+    "PIXELS": """
+        rows rows_reference rows_neon rows_avx2 neonloops_rects
+        scaled_rows scaled_rows_reference scaled_rows_avx2""",
 }
 
 # Folders whose files all lie in one row.

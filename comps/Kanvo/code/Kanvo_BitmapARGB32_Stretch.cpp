@@ -366,10 +366,9 @@ void Kanvo_BitmapARGB32::StretchBlitAlpha(Kanvo_Bitmap* pkSource, Kanvo_Bitmap* 
         }
         else
         {
-            Kanvo_StretchCall<Kanvo_Bitmap> kCall{pkSource, this, {}, {}, kRequest.IsBilinear()};
-            if (Kanvo_StretchBlitParam::Calc(pkSource, nullptr, this, uiSrcWidth, uiSrcHeight,
-                                             static_cast<Tov_Int>(uiSrcX), static_cast<Tov_Int>(uiSrcY), uiDstWidth,
-                                             uiDstHeight, iDstX, iDstY, LoopFlags(kRequest), kCall.kX, kCall.kY))
+            Kanvo_StretchCall kCall{};
+            if (kCall.Prepare(pkSource, this, uiSrcWidth, uiSrcHeight, static_cast<Tov_Int>(uiSrcX),
+                              static_cast<Tov_Int>(uiSrcY), uiDstWidth, uiDstHeight, iDstX, iDstY, LoopFlags(kRequest)))
             {
                 Kanvo_StretchBody<ARGB32, ARGB32>::Over(kCall, ubAlpha);
             }

@@ -1,5 +1,5 @@
 // Kanvo_RotBlit: the workers of the rotated blits, plain and through an alpha map. Called by the entries in
-// Kanvo_BitmapARGB32_Rot.cpp; Kanvo_RotScan walks, Kanvo_Sampler reads; here is how a sample is written.
+// Kanvo_BitmapARGB32_Rot.cpp; Kanvo_RotScan walks, Kanvo_SampleStrips reads and writes the samples of a row.
 #ifndef KANVO_ROTBLIT_H
 #define KANVO_ROTBLIT_H
 
@@ -8,7 +8,7 @@
 #include "Kanvo_BitmapRGB565.h"
 #include "Kanvo_PixelARGB32_Access.h"
 #include "Kanvo_RotScan.h"
-#include "Kanvo_Sampler.h"
+#include "Kanvo_SampleStrips.h"
 
 //! Static methods over a source and a destination format, each given as pixel type, pointer type and access policy. All
 //! take the numbers as the entries do, but for the source rectangle, which has to lie inside its bitmap.
@@ -24,13 +24,14 @@ public:
     {
         const Kanvo_RotRequest kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
                                         vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
-        Draw(pkSrc, pkDst, kRequest,
-             [ubAlpha](DstOffset kDst, SrcPixel px)
-             {
-                 const DstPixel pxOpaque =
-                     Dst::PixelFromRGB(Src::RedFromPixel(px), Src::GreenFromPixel(px), Src::BlueFromPixel(px));
-                 Write(kDst, Dst::ColorAndAlphaToPixel(Dst::PixelToColor(pxOpaque), Src::AlphaFromPixel(px)), ubAlpha);
-             });
+        if constexpr (std::is_same_v<Src, Kanvo_PixelA8_Access>)
+        {
+            Draw(pkSrc, pkDst, kRequest, Kanvo_WriteGrey{ubAlpha, false});
+        }
+        else
+        {
+            DrawWords(pkSrc, pkDst, kRequest, ubAlpha);  // to ARGB32 nothing is to be converted
+        }
     }
 
     //! Takes samples as they are, the top byte included.
@@ -42,7 +43,7 @@ public:
     {
         const Kanvo_RotRequest kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
                                         vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
-        Draw(pkSrc, pkDst, kRequest, [ubAlpha](DstOffset kDst, SrcPixel px) { Write(kDst, px, ubAlpha); });
+        DrawWords(pkSrc, pkDst, kRequest, ubAlpha);
     }
 
     //! Takes the samples' colour, and leaves out samples that equal the key; filtered ones are compared filtered.
@@ -54,14 +55,14 @@ public:
         const Kanvo_RotRequest kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
                                         vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
         Draw(pkSrc, pkDst, kRequest,
-             [ubAlpha, cColorKey](DstOffset kDst, SrcPixel px)
-             {
-                 const Kanvo_Color cColor = Src::PixelToColor(px);
-                 if (cColor != cColorKey)
-                 {
-                     Write(kDst, Dst::ColorToPixel(cColor), ubAlpha);
-                 }
-             });
+             Kanvo_WriteEach{[ubAlpha, cColorKey](DstOffset kDst, SrcPixel px)
+                             {
+                                 const Kanvo_Color cColor = Src::PixelToColor(px);
+                                 if (cColor != cColorKey)
+                                 {
+                                     Write(kDst, Dst::ColorToPixel(cColor), ubAlpha);
+                                 }
+                             }});
     }
 
     //! One colour, with the samples' alpha times ubAlpha as coverage.
@@ -72,10 +73,7 @@ public:
     {
         const Kanvo_RotRequest kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
                                         vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
-        const DstPixel         pxColor = Dst::ColorToPixel(cCol);
-        Draw(pkAlpha, pkDst, kRequest,
-             [ubAlpha, pxColor](DstOffset kDst, SrcPixel px)
-             { Dst::BlendPixel(kDst, pxColor, Kanvo_MulByte(Src::AlphaFromPixel(px), ubAlpha)); });
+        Draw(pkAlpha, pkDst, kRequest, Kanvo_WriteColor<Src>(Dst::ColorToPixel(cCol), ubAlpha));
     }
 
 private:
@@ -91,32 +89,71 @@ private:
         }
     }
 
-    template <class Writer>
-    static KANVO_INLINE void Draw(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst,
-                                  const Kanvo_RotRequest& kRequest, Writer kWriter)
+    //! Calls kDraw(first destination pixel, first sample, line of the others, their number, whether there may be sampled
+    //! what is drawn) for each row.
+    template <class DrawRow>
+    static KANVO_INLINE void Rows(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst,
+                                  const Kanvo_RotRequest& kRequest, const Kanvo_SampleLines<Src>& kSampler,
+                                  DrawRow kDraw)
     {
-        if ((kRequest.ulFlags & BLIT_BILINEAR) != 0)
-        {
-            Scan(pkSrc, pkDst, kRequest, Kanvo_SampleBilinear<Src>{}, kWriter);
-        }
-        else
-        {
-            Scan(pkSrc, pkDst, kRequest, Kanvo_SampleNearest<Src>{}, kWriter);
-        }
+        const Kanvo_PixelView kSource{pkSrc->GetBuffer(), pkSrc->GetPitch()};
+        const Tov_Bool        bShares = Kanvo_BitmapsOverlap(pkSrc, pkDst);
+        Kanvo_RotRows<Dst>(
+            pkDst, kRequest,
+            [&](DstOffset kDst, const Kanvo_RotRow& k)
+            {
+                kDraw(kDst, kSampler.One(kSource, static_cast<Tov_UInt>(k.vFirst), static_cast<Tov_UInt>(k.uFirst)),
+                      Kanvo_SampleLine{kSource, static_cast<Tov_UInt>(k.v), static_cast<Tov_UInt>(k.u),
+                                       static_cast<Tov_UInt>(k.av), static_cast<Tov_UInt>(k.au)},
+                      static_cast<Tov_UInt>(k.iRest), bShares);
+            });
     }
 
-    template <class Sampler, class Writer>
-    static KANVO_INLINE void Scan(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst,
-                                  const Kanvo_RotRequest& kRequest, Sampler kSampler, Writer kWriter)
+    template <class Writer>
+    static KANVO_INLINE void Draw(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst,
+                                  const Kanvo_RotRequest& kRequest, const Writer& kWriter)
     {
-        Kanvo_RotScan<Src, Dst>(
-            pkSrc, pkDst, kRequest,
-            [=](SrcOffset kSrc, DstOffset kDst, Tov_UByte ubFracV, Tov_UByte ubFracU, Tov_Bool /*bFirst*/)
-            {
-                SrcPixel px;
-                kSampler(pkSrc, kSrc, ubFracV, ubFracU, px);
-                kWriter(kDst, px);
-            });
+        const Kanvo_SampleLines<Src> kSampler{(kRequest.ulFlags & BLIT_BILINEAR) != 0, false};
+        Rows(pkSrc, pkDst, kRequest, kSampler,
+             [&](DstOffset kDst, SrcPixel pxFirst, Kanvo_SampleLine kLine, Tov_UInt uiRest, Tov_Bool bShares)
+             {
+                 // the first pixel is drawn with the others' first strip
+                 SrcPixel       aSamples[KANVO_STRIP];
+                 const Tov_UInt uiWith = bShares ? 0 : std::min(uiRest, KANVO_STRIP - 1);
+                 aSamples[0]           = pxFirst;
+                 kSampler(aSamples + 1, kLine, uiWith);
+                 kWriter(kDst, aSamples, uiWith + 1);
+                 if (uiRest > uiWith)
+                 {
+                     kLine.Advance(uiWith);
+                     Kanvo_DrawSamples(kDst + uiWith + 1, kLine, uiRest - uiWith, kSampler, kWriter);
+                 }
+             });
+    }
+
+    //! Words as they are: stored, or below full opacity blended.
+    static void DrawWords(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst, const Kanvo_RotRequest& kRequest,
+                          Tov_UByte ubAlpha)
+    {
+        if (ubAlpha != 255)
+        {
+            Draw(pkSrc, pkDst, kRequest, Kanvo_WriteOver{ubAlpha});
+            return;
+        }
+        const Kanvo_SampleLines<Src> kSampler{(kRequest.ulFlags & BLIT_BILINEAR) != 0, false};
+        Rows(pkSrc, pkDst, kRequest, kSampler,
+             [&](DstOffset kDst, SrcPixel pxFirst, const Kanvo_SampleLine& kLine, Tov_UInt uiRest, Tov_Bool bShares)
+             {
+                 *kDst = pxFirst;
+                 if (bShares && uiRest > 0)
+                 {
+                     Kanvo_StoreSamples(kDst + 1, kLine, uiRest, kSampler);
+                 }
+                 else
+                 {
+                     kSampler(kDst + 1, kLine, uiRest);
+                 }
+             });
     }
 };
 
@@ -132,48 +169,39 @@ public:
                                  Tov_Value vDstY, Tov_Value vAngle, Tov_Flag ulFlags, Tov_Value vStretchX,
                                  Tov_Value vStretchY, Tov_Value vRotPosX, Tov_Value vRotPosY, Tov_UByte ubAlpha)
     {
-        const Kanvo_RotRequest   kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
+        const Kanvo_RotRequest       kRequest{uiWidth, uiHeight, uiSrcX,    uiSrcY,    vDstX,    vDstY,
                                         vAngle,  ulFlags,  vStretchX, vStretchY, vRotPosX, vRotPosY};
-        const Kanvo_BitmapAndMap kBoth{pkSrc, pkAlpha};
-        if ((kRequest.ulFlags & BLIT_BILINEAR) != 0)
-        {
-            // KEPT: filtered and below full opacity, the first pixel of a row is blended by its own alpha too.
-            // Test: TheFirstPixelOfAFilteredRowThroughAMapIsBlendedByItsOwnAlphaToo.
-            Scan(kBoth, pkDst, kRequest, ubAlpha, Kanvo_SampleBilinear<Src>{}, Kanvo_SampleBilinear<Map>{},
-                 ubAlpha != 255);
-        }
-        else
-        {
-            Scan(kBoth, pkDst, kRequest, ubAlpha, Kanvo_SampleNearest<Src>{}, Kanvo_SampleNearest<Map>{}, false);
-        }
-    }
-
-private:
-    using Pair = Kanvo_PixelAndMap<Src, Map>;
-
-    template <class SrcSampler, class MapSampler>
-    static KANVO_INLINE void Scan(const Kanvo_BitmapAndMap& kBoth, const Kanvo_Bitmap* pkDst,
-                                  const Kanvo_RotRequest& kRequest, Tov_UByte ubAlpha, SrcSampler kSrcSampler,
-                                  MapSampler kMapSampler, Tov_Bool bFirstByOwnAlpha)
-    {
-        Kanvo_RotScan<Pair, Dst>(&kBoth, pkDst, kRequest,
-                                 [=](const typename Pair::Offset& kFrom, DstOffset kDst, Tov_UByte ubFracV,
-                                     Tov_UByte ubFracU, Tov_Bool bFirst)
-                                 {
-                                     SrcPixel pxSrc;
-                                     MapPixel pxMap;
-                                     kSrcSampler(kBoth.pkBitmap, kFrom.kSrc, ubFracV, ubFracU, pxSrc);
-                                     kMapSampler(kBoth.pkMap, kFrom.kMap, ubFracV, ubFracU, pxMap);
-                                     const Tov_UByte ubCover = Kanvo_MulByte(Map::AlphaFromPixel(pxMap), ubAlpha);
-                                     if (bFirst && bFirstByOwnAlpha)
-                                     {
-                                         Dst::BlendPixelSrcAlpha(kDst, pxSrc, ubCover);
-                                     }
-                                     else
-                                     {
-                                         Dst::BlendPixel(kDst, pxSrc, ubCover);
-                                     }
-                                 });
+        const Tov_Bool               bBilinear = (ulFlags & BLIT_BILINEAR) != 0;
+        const Kanvo_SampleLines<Src> kSampler{bBilinear, false};
+        const Kanvo_SampleLines<Map> kMapSampler{bBilinear, false};
+        const Kanvo_PixelView        kSource{pkSrc->GetBuffer(), pkSrc->GetPitch()};
+        const Kanvo_PixelView        kMap{pkAlpha->GetBuffer(), pkAlpha->GetPitch()};
+        Kanvo_RotRows<Dst>(
+            pkDst, kRequest,
+            [&](DstOffset kDst, const Kanvo_RotRow& k)
+            {
+                const auto      uiX     = static_cast<Tov_UInt>(k.vFirst);
+                const auto      uiY     = static_cast<Tov_UInt>(k.uFirst);
+                const SrcPixel  pxSrc   = kSampler.One(kSource, uiX, uiY);
+                const Tov_UByte ubCover = Kanvo_MulByte(Map::AlphaFromPixel(kMapSampler.One(kMap, uiX, uiY)), ubAlpha);
+                // KEPT: filtered and below full opacity, the first pixel of a row is blended by its own alpha too.
+                // Test: TheFirstPixelOfAFilteredRowThroughAMapIsBlendedByItsOwnAlphaToo.
+                if (bBilinear && ubAlpha != 255)
+                {
+                    Dst::BlendPixelSrcAlpha(kDst, pxSrc, ubCover);
+                }
+                else
+                {
+                    Dst::BlendPixel(kDst, pxSrc, ubCover);
+                }
+                if (k.iRest > 0)
+                {
+                    const Kanvo_SampleLine kLine{kSource, static_cast<Tov_UInt>(k.v), static_cast<Tov_UInt>(k.u),
+                                                 static_cast<Tov_UInt>(k.av), static_cast<Tov_UInt>(k.au)};
+                    Kanvo_DrawThroughMap<Src, Map>(kDst + 1, kLine, kMap, static_cast<Tov_UInt>(k.iRest), bBilinear,
+                                                   ubAlpha, [](SrcPixel px) -> DstPixel { return px; });
+                }
+            });
     }
 };
 

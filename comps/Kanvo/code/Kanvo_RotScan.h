@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "Kanvo_PixelAndMap.h"
+#include "Kanvo_PixelAddress.h"
 #include "Kanvo_RotBlitParam.h"
 #include "Tov_Math.h"
 
@@ -38,11 +38,21 @@ struct Kanvo_RotRequest
     }
 };
 
-//! Calls kRule(source offset, destination offset, fraction v, fraction u, whether it is the row's first pixel) for each
-//! destination pixel. Src and Dst are pixel policies, or for a source with a map a Kanvo_PixelAndMap.
-template <class Src, class Dst, class Source, class Rule>
-KANVO_INLINE void Kanvo_RotScan(const Source* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_RotRequest& k,
-                                Rule kRule)
+//! Where the pixels of a row are sampled: v is the column and u the row in the source, in 16.16.
+struct Kanvo_RotRow
+{
+    Tov_Fixed vFirst;  //!< of the first pixel
+    Tov_Fixed uFirst;
+    Tov_Fixed v;  //!< of the second one, and what is added from there to the next
+    Tov_Fixed u;
+    Tov_Fixed av;
+    Tov_Fixed au;
+    Tov_Int   iRest;  //!< pixels behind the first
+};
+
+//! Calls kRule(first destination pixel, Kanvo_RotRow) for each row. Dst is a pixel policy.
+template <class Dst, class RowRule>
+KANVO_INLINE void Kanvo_RotRows(const Kanvo_Bitmap* pkDest, const Kanvo_RotRequest& k, RowRule kRule)
 {
     Kanvo_RotBlitEdgeLeft  aEdgesLeft[Kanvo_RotBlitParam::MAX_EDGES];
     Kanvo_RotBlitEdgeRight aEdgesRight[Kanvo_RotBlitParam::MAX_EDGES];
@@ -91,28 +101,44 @@ KANVO_INLINE void Kanvo_RotScan(const Source* pkSource, const Kanvo_Bitmap* pkDe
 
             typename Dst::Offset kOffset;
             Dst::GetOffset(pkDest, static_cast<Tov_UInt>(iLeft), static_cast<Tov_UInt>(iY), kOffset);
-            const auto kDrawPixel = [&](Tov_Bool bFirst)
+            // KEPT: the first pixel of a row is drawn even where the row has no width. Test: ARowWithoutWidthGetsOnePixel.
+            const Tov_Fixed fxRest = 0x10000 - (kLeft.sx & 0xFFFF);
+            kRule(kOffset, Kanvo_RotRow{v, u, Tov_FixAdd(v, Tov_FixMul_RZA1H(av, fxRest)),
+                                        Tov_FixAdd(u, Tov_FixMul_RZA1H(au, fxRest)), av, au,
+                                        std::max(iRight - iLeft - 1, Tov_Int{0})});
+        }
+        kRight.sx = Tov_FixAdd(kRight.sx, kRight.dx);
+        kLeft.NextRow();
+    }
+}
+
+//! The same for each pixel: calls kRule(source offset, destination offset, fraction v, fraction u, whether it is the row's
+//! first pixel). Src and Dst are pixel policies.
+template <class Src, class Dst, class Source, class Rule>
+KANVO_INLINE void Kanvo_RotScan(const Source* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_RotRequest& k,
+                                Rule kRule)
+{
+    Kanvo_RotRows<Dst>(
+        pkDest, k,
+        [pkSource, pkDest, kRule](typename Dst::Offset kOffset, const Kanvo_RotRow& kRow)
+        {
+            const auto kDrawPixel = [&](Tov_Fixed v, Tov_Fixed u, Tov_Bool bFirst)
             {
                 typename Src::Offset kTexOffset;
                 Src::GetOffset(pkSource, static_cast<Tov_UInt>(v >> 16), static_cast<Tov_UInt>(u >> 16), kTexOffset);
                 kRule(kTexOffset, kOffset, static_cast<Tov_UByte>(v >> 8), static_cast<Tov_UByte>(u >> 8), bFirst);
                 Dst::IncX(pkDest, kOffset);
             };
-            // KEPT: the first pixel of a row is drawn even where the row has no width. Test: ARowWithoutWidthGetsOnePixel.
-            kDrawPixel(true);
-            const Tov_Fixed fxRest = 0x10000 - (kLeft.sx & 0xFFFF);
-            u                      = Tov_FixAdd(u, Tov_FixMul_RZA1H(au, fxRest));
-            v                      = Tov_FixAdd(v, Tov_FixMul_RZA1H(av, fxRest));
-            for (Tov_Int iX = iLeft + 1; iX < iRight; ++iX)
+            kDrawPixel(kRow.vFirst, kRow.uFirst, true);
+            Tov_Fixed v = kRow.v;
+            Tov_Fixed u = kRow.u;
+            for (Tov_Int iX = 0; iX < kRow.iRest; ++iX)
             {
-                kDrawPixel(false);
-                u = Tov_FixAdd(u, au);
-                v = Tov_FixAdd(v, av);
+                kDrawPixel(v, u, false);
+                u = Tov_FixAdd(u, kRow.au);
+                v = Tov_FixAdd(v, kRow.av);
             }
-        }
-        kRight.sx = Tov_FixAdd(kRight.sx, kRight.dx);
-        kLeft.NextRow();
-    }
+        });
 }
 
 #endif

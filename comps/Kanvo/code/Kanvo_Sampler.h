@@ -1,38 +1,12 @@
-// Kanvo_Sampler: the four ways in which scaled and rotated blits read a source pixel. A sampler is called with the
-// bitmap, the offset of the pixel that holds the position, and the position's fraction; it stores the sample and says
-// whether there is one, which only a colour key denies. Src is the source's pixel policy.
+// Kanvo_Sampler: the two ways in which scaled blits with a colour key read a source pixel; without one, samples are read
+// in rows (Kanvo_SampleStrips). A sampler is called with the bitmap, the offset of the pixel that holds the position, and
+// the position's fraction; it stores the sample and says whether there is one. Src is the source's pixel policy.
 #ifndef KANVO_SAMPLER_H
 #define KANVO_SAMPLER_H
 
 #include "Kanvo_PixelAddress.h"
 
-//! The pixel that holds the position.
-template <class Src>
-struct Kanvo_SampleNearest
-{
-    template <class Bitmap>
-    KANVO_INLINE Tov_Bool operator()(const Bitmap* /*pkBitmap*/, typename Src::Offset kOffset, Tov_UByte /*ubFracX*/,
-                                     Tov_UByte /*ubFracY*/, typename Src::Pixel&      pxSample) const
-    {
-        pxSample = Src::GetPixel(kOffset);
-        return true;
-    }
-};
-
-//! The mix of the 2x2 block that starts at the pixel, weighted by the fraction.
-template <class Src>
-struct Kanvo_SampleBilinear
-{
-    template <class Bitmap>
-    KANVO_INLINE Tov_Bool operator()(const Bitmap* pkBitmap, typename Src::Offset kOffset, Tov_UByte ubFracX,
-                                     Tov_UByte ubFracY, typename Src::Pixel& pxSample) const
-    {
-        pxSample = Src::Blend4(pkBitmap, kOffset, ubFracX, ubFracY);
-        return true;
-    }
-};
-
-//! As Kanvo_SampleNearest, without the pixels of the key's colour.
+//! The pixel that holds the position, unless it is of the key's colour.
 template <class Src>
 struct Kanvo_SampleNearestKeyed
 {
@@ -47,7 +21,8 @@ struct Kanvo_SampleNearestKeyed
     }
 };
 
-//! As Kanvo_SampleBilinear, without the blocks that hold a pixel of the key's colour.
+//! The mix of the 2x2 block that starts at the pixel, weighted by the fraction, unless one of its pixels is of the key's
+//! colour.
 template <class Src>
 struct Kanvo_SampleBilinearKeyed
 {

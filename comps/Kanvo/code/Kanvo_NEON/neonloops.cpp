@@ -7,6 +7,7 @@
 
 #include "Kanvo_Level.h"
 #include "neonloops_rects.h"
+#include "scaled_rows.h"
 
 // Whether there is an environment to ask.
 #if defined(__unix__) || defined(__APPLE__) || defined(_WIN32)
@@ -78,6 +79,7 @@ void Install(const Kanvo_LevelBodies& kBodies)
 {
     g_Kanvo_pkBodies = &kBodies;
     g_Kanvo_pkRows   = &kBodies.kRows;
+    Kanvo_InstallScaledRows(kBodies.kRows.eLevel);
 
 #define KANVO_LOOP_INSTALL(loop, name) loop = kBodies.pfn##name;
     KANVO_LOOP_LIST(KANVO_LOOP_INSTALL)

@@ -1,4 +1,5 @@
-// neonloops_stretch: the pointers, and their portable bodies, which run the workers' own scan on plain pointers.
+// neonloops_stretch: the pointers, and their bodies, one for all levels: they run the workers' own rows on plain pointers,
+// and those call the functions of the level in force.
 #include "neonloops_stretch.h"
 
 #include "Kanvo_StretchBlit.h"
@@ -11,11 +12,9 @@ template <Tov_Bool BILINEAR, class SrcPixel, class Draw>
 // NOLINTNEXTLINE(readability-non-const-parameter): kDraw writes there, through the view
 KANVO_INLINE void Run(Draw kDraw, KANVO_STRETCH_ARGUMENTS(SrcPixel))
 {
-    const Kanvo_PixelView              kFrom{const_cast<SrcPixel*>(kSrc), uiSrcPitch};
-    const Kanvo_PixelView              kTo{kDst, uiDstPitch};
-    Kanvo_StretchCall<Kanvo_PixelView> kCall{&kFrom, &kTo, {}, {}, BILINEAR};
-    const std::int64_t                 iBoundX = std::int64_t{uiSrcX} + uiSrcWidth;
-    const std::int64_t                 iBoundY = std::int64_t{uiSrcY} + uiSrcHeight;
+    Kanvo_StretchCall  kCall{{const_cast<SrcPixel*>(kSrc), uiSrcPitch}, {kDst, uiDstPitch}, {}, {}, BILINEAR};
+    const std::int64_t iBoundX = std::int64_t{uiSrcX} + uiSrcWidth;
+    const std::int64_t iBoundY = std::int64_t{uiSrcY} + uiSrcHeight;
     if (kCall.kX.Calc({uiSrcX, uiSrcWidth, iBoundX, iDstX, uiDstWidth, 0, std::int64_t{uiClipWidth} - 1, BILINEAR}) &&
         kCall.kY.Calc({uiSrcY, uiSrcHeight, iBoundY, iDstY, uiDstHeight, 0, std::int64_t{uiClipHeight} - 1, BILINEAR}))
     {
@@ -27,7 +26,7 @@ KANVO_INLINE void Run(Draw kDraw, KANVO_STRETCH_ARGUMENTS(SrcPixel))
     kDst, kSrc, uiDstPitch, uiSrcPitch, iDstX, iDstY, uiDstWidth, uiDstHeight, uiSrcWidth, uiSrcHeight, uiSrcX, \
         uiSrcY, uiClipWidth, uiClipHeight
 
-using Call       = Kanvo_StretchCall<Kanvo_PixelView>;
+using Call       = Kanvo_StretchCall;
 using BodyARGB32 = Kanvo_StretchBody<Kanvo_PixelARGB32_Access, Kanvo_PixelARGB32_Access>;
 using BodyRGB565 = Kanvo_StretchBody<Kanvo_PixelRGB565_Access, Kanvo_PixelARGB32_Access>;
 using BodyA8     = Kanvo_StretchBody<Kanvo_PixelA8_Access, Kanvo_PixelARGB32_Access>;
