@@ -961,14 +961,27 @@ void DrawDisc(const Canvas& canvas, const DotCall& call, LineOutcome& outcome)
     const auto   exactK = static_cast<double>(k);
     const Fix    ax     = round(exactK * (2.0 * ux - 1.0));
     const Fix    ay     = round(exactK * (2.0 * uy - 1.0));
-    const Fix    c      = round(exactK * ((radius - 0.5 - ux) * (radius - 0.5 + ux) - uy * uy)) + HALF;
+    Fix          c      = round(exactK * ((radius - 0.5 - ux) * (radius - 0.5 + ux) - uy * uy)) + HALF;
+    const auto   at     = [&](Fix nx, Fix ny) { return c + nx * ax - nx * (nx - 1) * k + ny * ay - ny * (ny - 1) * k; };
+    if (soft && whole >= 5.0F && whole <= 9.0F)
+    {
+        // the disc's area, less what the pixels of the unclipped dot hold, shared out among those of the rim
+        constexpr double Pi      = 3.14159265358979323846;
+        Fix              covered = 0;
+        Fix              rim     = 0;
+        for (Fix cell = 0; cell < size * size; ++cell)
+        {
+            const Fix f = at(cell % size, cell / size);
+            covered += std::clamp<Fix>(f, 0, ONE);
+            if (f > 0 && f < ONE) ++rim;
+        }
+        if (rim > 0) c += (round(65536.0 * Pi * (radius - 0.5) * (radius - 0.5)) - covered) / rim;
+    }
     for (Fix y = upper; y <= lower; ++y)
     {
-        const Fix ny = y - top;
         for (Fix x = first; x <= last; ++x)
         {
-            const Fix      nx    = x - left;
-            const Fix      f     = c + nx * ax - nx * (nx - 1) * k + ny * ay - ny * (ny - 1) * k;
+            const Fix      f     = at(x - left, y - top);
             std::uint32_t& pixel = canvas.pixels[y * canvas.pitch + x];
             if (!soft)
             {

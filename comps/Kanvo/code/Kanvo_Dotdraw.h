@@ -5,6 +5,10 @@
 // inside, r - d, with slope 1. It is a quadratic of the pixel position, stepped with first and second differences in
 // 16.16. All coefficients are multiples of one rounded factor k = 1 / (2 r), so that rounding changes the slope at the rim
 // a little and the radius not at all.
+//
+// How much of a small soft dot's rim falls on pixels depends on where its centre lies between them: its area, and so its
+// brightness, would tremble by more than a percent while it moves. So the area of the whole dot is measured beforehand, and f
+// shifted by what the disc lacks; large dots have rim enough to even it out, and tiny ones are no discs.
 #ifndef KANVO_DOTDRAW_H
 #define KANVO_DOTDRAW_H
 
@@ -53,6 +57,24 @@ struct Kanvo_DotSpan
     }
 };
 
+//! What f lacks, per pixel of the rim, for the dot in a box of iSize x iSize pixels to cover iArea (16.16).
+inline std::int64_t Kanvo_DotShift(Kanvo_DotRow kRows, std::int64_t iStepX, std::int64_t iSize, std::int64_t iArea)
+{
+    std::int64_t iRim = 0;
+    for (std::int64_t iY = 0; iY < iSize; ++iY)
+    {
+        Kanvo_DotRow kPixels{kRows.iValue, iStepX, kRows.iChange};
+        for (std::int64_t iX = 0; iX < iSize; ++iX)
+        {
+            iArea -= std::max<std::int64_t>(0, std::min<std::int64_t>(0x10000, kPixels.iValue));
+            iRim += kPixels.iValue > 0 && kPixels.iValue < 0x10000 ? 1 : 0;
+            kPixels.Next();
+        }
+        kRows.Next();
+    }
+    return iRim != 0 ? iArea / iRim : 0;
+}
+
 template <class PixelType, class OffsetType, class Access, Tov_Bool PATTERNS>
 void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::DrawDot(Kanvo_Bitmap* pkDest, Tov_Value vCenterX,
                                                                       Tov_Value vCenterY, Tov_Value vRadius,
@@ -82,6 +104,10 @@ void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::LargeDot(Kanvo_Bit
                                                                        Tov_Value vCenterY, Tov_Value vRadius,
                                                                        PixelType pxColor, Tov_Flag uiFlag)
 {
+    constexpr double       PI             = 3.14159265358979323846;
+    constexpr std::int64_t LEAST_MEASURED = 5;  // pixels, rounded up, of the radius that f has
+    constexpr std::int64_t MOST_MEASURED  = 9;
+
     const Trak_PerfScope kScope(g_kPerf_Dots);
     const Tov_Bool       bSoft = (uiFlag & (Kanvo_LF_ANTIALIAS | Kanvo_LF_HQ_AA)) != 0;
     // KEPT: a filtered dot of radius below 6 is an anti-aliased one. Test: AFilteredDotBelowRadiusSixIsAnAntialiasedOne.
@@ -112,6 +138,11 @@ void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::LargeDot(Kanvo_Bit
     Kanvo_DotRow       kRows{Tov_DblFloor(dK * ((dIn - dUX) * (dIn + dUX) - dUY * dUY) + 0.5) + 32768,
                        Tov_DblFloor(dK * (2.0 * dUY - 1.0) + 0.5), -2 * iK};
     const std::int64_t iStepX = Tov_DblFloor(dK * (2.0 * dUX - 1.0) + 0.5);
+    if (bSoft && iRadius >= LEAST_MEASURED && iRadius <= MOST_MEASURED)
+    {
+        const std::int64_t iArea = Tov_DblFloor(65536.0 * PI * dIn * dIn + 0.5);
+        kRows.iValue += Kanvo_DotShift(kRows, iStepX, 2 * iRadius + 1, iArea);
+    }
     kRows.Skip(kY.iOffset);
 
     OffsetType kLine;

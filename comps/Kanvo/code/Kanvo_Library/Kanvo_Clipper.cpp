@@ -292,7 +292,7 @@ Tov_Flag Kanvo_Clipper::OverflowFlag(const Kanvo_Vector2& kA, const Kanvo_Vector
 {
     const Region kInner = {s_kRegion.vMinX + vMargin, s_kRegion.vMinY + vMargin, s_kRegion.vMaxX - vMargin,
                            s_kRegion.vMaxY - vMargin};
-    return kInner.Holds(kA) && kInner.Holds(kB) ? 0U : CF_OVERFLOW;
+    return kInner.Holds(kA) && kInner.Holds(kB) ? Tov_Flag{0} : Tov_Flag{CF_OVERFLOW};
 }
 
 // ---- outlines -------------------------------------------------------------------------------------------------------
