@@ -94,7 +94,7 @@ using MapWorker = void (*)(const Kanvo_Bitmap*, const Kanvo_Bitmap*, Kanvo_Bitma
                            Tov_UInt, Tov_UInt, Tov_UInt, Tov_Flag, Tov_UByte);
 
 //! Chooses by the map's format between two workers; another format fails with the message.
-void RunByMap(const MapBlit& kBlit, MapWorker pfnA8, MapWorker pfnARGB32, const char* pcOtherwise)
+void RunByMap(const MapBlit& kBlit, MapWorker pfnA8, MapWorker pfnARGB32, [[maybe_unused]] const char* pcOtherwise)
 {
     switch (kBlit.pkAlpha->GetType())
     {

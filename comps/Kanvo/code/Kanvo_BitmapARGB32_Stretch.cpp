@@ -147,7 +147,8 @@ void StretchARGB32Loops(const StretchRequest& kRequest)
     }
     else if (!kRequest.SuitsLoops())
     {
-        kRequest.Run(&Kanvo_StretchToARGB32<Access>::StretchBlit_Int, LoopFlags(kRequest), kRequest.ubAlpha, 0U);
+        kRequest.Run(&Kanvo_StretchToARGB32<Access>::StretchBlit_Int, LoopFlags(kRequest), kRequest.ubAlpha,
+                     Kanvo_Color{0});
     }
     else if (kRequest.ubAlpha == 255)
     {
@@ -167,7 +168,8 @@ void StretchRGB565Loops(const StretchRequest& kRequest)
     using Access = Kanvo_PixelRGB565_Access;
     if (!kRequest.SuitsLoops())
     {
-        kRequest.Run(&Kanvo_StretchToARGB32<Access>::StretchBlit_RGB, LoopFlags(kRequest), kRequest.ubAlpha, 0U);
+        kRequest.Run(&Kanvo_StretchToARGB32<Access>::StretchBlit_RGB, LoopFlags(kRequest), kRequest.ubAlpha,
+                     Kanvo_Color{0});
     }
     else if (WantsPlainLoop(kRequest))
     {

@@ -78,7 +78,7 @@ private:
     static Tov_Flag OverflowFlag(const Kanvo_Vector2& kA, const Kanvo_Vector2& kB, Tov_Value vMargin)
     {
         const Region kInner = s_kRegion.Moved(vMargin, vMargin, -vMargin, -vMargin);
-        return kInner.Holds(kA) && kInner.Holds(kB) ? 0U : CF_OVERFLOW;
+        return kInner.Holds(kA) && kInner.Holds(kB) ? Tov_Flag{0} : Tov_Flag{CF_OVERFLOW};
     }
 
     static Region    s_kRegion;

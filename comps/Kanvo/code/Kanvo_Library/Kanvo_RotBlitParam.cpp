@@ -326,7 +326,7 @@ public:
     {
         const std::int64_t iTop  = kAt(iFirst);
         const std::int64_t iRise = kAt(iLast) - iTop;
-        const std::int64_t iRows = std::max(0, iLast - iFirst);
+        const std::int64_t iRows = std::max(Tov_Int{0}, iLast - iFirst);
         m_iStep  = iRows == 0 ? 0 : iRise >= 0 ? (iRise + iRows / 2) / iRows : -((iRows / 2 - iRise) / iRows);
         m_iStart = iTop + (iRise - m_iStep * iRows) / 2;
     }
