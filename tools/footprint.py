@@ -39,7 +39,7 @@ PARTS = {
     "Tables of anti-aliasing": ["Kanvo_Tables"],
     "Debug font and text": ["Kanvo_DebugFont", "Kanvo_Print"],
     "Source bitmaps": ["Kanvo_SourceBitmap", "Kanvo_BitmapA8", "Kanvo_BitmapRGB32", "Kanvo_BitmapRGB565"],
-    "Rows of pixels: portable": ["rows_reference"],
+    "Rows of pixels: portable": ["rows_reference", "scaled_rows_reference"],
     "Rows of pixels: NEON": ["rows_neon"],
     "Choice of a level": ["neonloops"],
     "Library object": ["Kanvo_Object"],

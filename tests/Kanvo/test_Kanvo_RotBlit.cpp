@@ -27,6 +27,7 @@ namespace
 using reference::Format;
 using reference::Sample;
 using support::BOTH_PATHS;
+using support::BytesOf;
 using support::Coverage;
 using support::Messages;
 using support::MessagesOf;
@@ -36,7 +37,6 @@ using support::NO_BUFFER;
 using support::NOT_A_MAP;
 using support::NOT_LOCKED;
 using support::NOT_SUPPORTED;
-using support::BytesOf;
 using support::Same;
 using support::Stage;
 using support::Words;

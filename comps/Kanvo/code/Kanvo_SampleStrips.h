@@ -29,6 +29,7 @@ struct Kanvo_SampleLines
     void operator()(Pixel* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount) const
     {
         const Kanvo_ScaledRowFunctions& kRows = *g_Kanvo_pkScaledRows;
+        // NOLINTBEGIN(bugprone-branch-clone): what is no branch of this format looks empty
         if (uiCount < KANVO_FEW_PIXELS)
         {
             Few(kTo, kLine, uiCount);
@@ -49,6 +50,7 @@ struct Kanvo_SampleLines
         {
             kRows.pfnNearestWords(kTo, kLine, uiCount, bOpaque ? 0xFF000000U : 0U);
         }
+        // NOLINTEND(bugprone-branch-clone)
     }
 
     //! One sample, without a call.
@@ -71,13 +73,14 @@ struct Kanvo_SampleLines
     }
 
     //! How many samples of a line may be read before the first is drawn.
-    KANVO_INLINE Tov_UInt MostAtOnce(const Kanvo_SampleLine& kLine, Tov_UInt uiCount, Kanvo_OffsetARGB32 kDst) const
+    KANVO_INLINE Tov_UInt MostAtOnce(const Kanvo_SampleLine& kLine, Tov_UInt uiCount,
+                                     const Kanvo_PixelARGB32* kDst) const
     {
         return Shares(kLine, uiCount, kDst) ? 1 : uiCount;
     }
 
     //! Whether the bytes from the first to the last one that the samples are made of touch what is drawn.
-    Tov_Bool Shares(const Kanvo_SampleLine& kLine, Tov_UInt uiCount, Kanvo_OffsetARGB32 kDst) const
+    Tov_Bool Shares(const Kanvo_SampleLine& kLine, Tov_UInt uiCount, const Kanvo_PixelARGB32* kDst) const
     {
         const Tov_UInt uiReach = bBilinear ? 1 : 0;
         const Tov_UInt uiX1    = kLine.uiX >> 16;

@@ -92,6 +92,7 @@ void Install(const Kanvo_LevelBodies& kBodies)
 const Kanvo_LevelBodies*  g_Kanvo_pkBodies = &BODIES_AT_START;
 const Kanvo_RowFunctions* g_Kanvo_pkRows   = &BODIES_AT_START.kRows;
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): it is declared, and has to be a name
 #define KANVO_LOOP_DEFINE(loop, name) decltype(loop) loop = BODIES_AT_START.pfn##name;
 KANVO_LOOP_LIST(KANVO_LOOP_DEFINE)
 #undef KANVO_LOOP_DEFINE

@@ -96,6 +96,7 @@ private:
         Pixel*   kRow;
         Tov_UInt uiPitch;
 
+        // NOLINTNEXTLINE(google-explicit-constructor): it stands where a row function takes the row
         KANVO_INLINE      operator Pixel*() const { return kRow; }
         KANVO_INLINE void Next() { kRow = reinterpret_cast<Pixel*>(reinterpret_cast<std::uintptr_t>(kRow) + uiPitch); }
     };

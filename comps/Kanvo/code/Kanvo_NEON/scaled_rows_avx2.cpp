@@ -235,7 +235,7 @@ KANVO_INLINE void FilterRow(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLin
     const Pairs                    kWeightsY = ToLanes(WeightsOf(Splat(kLine.uiY)));
     const Pixels                   kKeep     = Splat(uiKeep);
     InEights(uiCount,
-             [=](Tov_UInt uiFirst)
+             [&](Tov_UInt uiFirst)
              {
                  const Pixels kPositions = kWindows.Positions(uiFirst);
                  const auto   kRead      = [&](const Kanvo_PixelARGB32* kRow) -> Pairs

@@ -55,7 +55,8 @@ void Kanvo_ScaledRowsReference::NearestWords(Kanvo_PixelARGB32* kTo, const Kanvo
 {
     using Src = Kanvo_PixelARGB32_Access;
     ForLine<Src>(kTo, kLine, uiCount,
-                 [uiSet](Src::Offset kFrom, Tov_UByte /*ubFracX*/, Tov_UByte /*ubFracY*/) { return *kFrom | uiSet; });
+                 [uiSet](const Src::Pixel* kFrom, Tov_UByte /*ubFracX*/, Tov_UByte /*ubFracY*/)
+                 { return *kFrom | uiSet; });
 }
 
 void Kanvo_ScaledRowsReference::Nearest565(Kanvo_PixelRGB565* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount)
