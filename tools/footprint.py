@@ -235,7 +235,7 @@ class Graph:
         path, line, column = place.rsplit(":", 2)
         text = self.sources.setdefault(path, Path(path).read_text().splitlines())[int(line) - 1]
         found = re.search(r"(\w+)(?:\[\w+\])?\s*$", text[:int(column) - 1])
-        return ([found[1]] if found else []) + re.findall(r"(\w+)(?:\[\w+\])?\(", text) + \
+        return ([found[1]] if found else []) + re.findall(r"(\w+)(?:\[\w+\])?\(", text) + re.findall(r"\bpfn\w+", text) + \
             (["delete"] if "delete " in text else []), text
 
     def resolve(self, caller, name, place, taken):
@@ -259,11 +259,13 @@ class Graph:
 
     def targets(self, called, text):
         """Where a call by a name leads that the library gives to its row functions, loops or virtual operations."""
-        row = re.match(r"pfn([A-Z]\w+)$", called) if "g_Kanvo_pkRows" in text else None
+        rows = "|".join(re.findall(r"\bpfn([A-Z]\w+)", text))  # a choice between two stands in one line
         if re.match(r"neonloops_\w+$", called):
             pattern = r"Kanvo_LoopRects<"
-        elif row:
-            pattern = rf"(RowsNEON|Kanvo_RowsReference)::{row[1]}\("
+        elif rows and "g_Kanvo_pkBodies" in text:
+            pattern = rf"Kanvo_LoopRects<.*::({rows})\("
+        elif rows and re.search(r"g_Kanvo_pk(Scaled)?Rows\b|\bkRows\.", text):
+            pattern = rf"(RowsNEON|Kanvo_RowsReference|Kanvo_ScaledRowsReference)::({rows})\("
         elif called == "delete":
             return {title for method, titles in self.methods.items() if method.startswith("~") for title in titles}
         else:

@@ -12,8 +12,6 @@
 #include "rows.h"
 #include "scaled_rows.h"
 
-constexpr Tov_UInt KANVO_STRIP = 128;  //!< pixels: half a kilobyte of the stack, and four rows of cache lines
-
 //! Samples of one format. bOpaque: words get an alpha of 255; for those that are not filtered.
 template <class Src>
 struct Kanvo_SampleLines
@@ -231,24 +229,31 @@ private:
     Kanvo_PixelA8 m_aCover[std::is_same_v<Src, Kanvo_PixelA8_Access> ? 1 : KANVO_STRIP];
 };
 
-//! One colour, blended by the samples' alpha times ubAlpha, as BlendPixel.
+//! One colour, blended by the samples' alpha times ubAlpha, as BlendPixel. Half a strip of it lies ready.
 template <class Src>
 class Kanvo_WriteColor
 {
 public:
     Kanvo_WriteColor(Kanvo_PixelARGB32 pxColor, Tov_UByte ubAlpha) : m_ubAlpha(ubAlpha)
     {
-        std::fill_n(m_aColor, KANVO_STRIP, pxColor);
+        std::fill_n(m_aColor, READY, pxColor);
     }
 
     void operator()(Kanvo_OffsetARGB32 kDst, const typename Src::Pixel* kSamples, Tov_UInt uiCount) const
     {
         Kanvo_StripCover<Src> kCover;
-        g_Kanvo_pkRows->pfnBlendMask(kDst, m_aColor, kCover.Of(kSamples, uiCount), uiCount, m_ubAlpha);
+        const Kanvo_PixelA8*  kMask = kCover.Of(kSamples, uiCount);
+        for (; uiCount > READY; uiCount -= READY, kDst += READY, kMask += READY)
+        {
+            g_Kanvo_pkRows->pfnBlendMask(kDst, m_aColor, kMask, READY, m_ubAlpha);
+        }
+        g_Kanvo_pkRows->pfnBlendMask(kDst, m_aColor, kMask, uiCount, m_ubAlpha);
     }
 
 private:
-    Kanvo_PixelARGB32 m_aColor[KANVO_STRIP];
+    static constexpr Tov_UInt READY = KANVO_STRIP / 2;
+
+    Kanvo_PixelARGB32 m_aColor[READY];
     Tov_UByte         m_ubAlpha;
 };
 
@@ -284,8 +289,6 @@ KANVO_INLINE void Kanvo_DrawThroughMap(Kanvo_OffsetARGB32 kDst, const Kanvo_Samp
                                        const Kanvo_PixelView& kMap, Tov_UInt uiCount, Tov_Bool bBilinear,
                                        Tov_UByte ubAlpha, Convert kConvert)
 {
-    constexpr Tov_UInt uiLongest = KANVO_STRIP / 2;  // there are up to four buffers
-
     const auto kOnMap = [&kMap](Kanvo_SampleLine kOther)
     {
         kOther.kSource = kMap;
@@ -295,12 +298,12 @@ KANVO_INLINE void Kanvo_DrawThroughMap(Kanvo_OffsetARGB32 kDst, const Kanvo_Samp
     const Kanvo_SampleLines<Map> kMapSampler{bBilinear, false};
     const Tov_UInt               uiSource = kSampler.MostAtOnce(kLine, uiCount, kDst);
     const Tov_UInt               uiMap    = kMapSampler.MostAtOnce(kOnMap(kLine), uiCount, kDst);
-    const Tov_UInt               uiMost   = std::min({uiSource, uiMap, uiLongest});
+    const Tov_UInt               uiMost   = std::min({uiSource, uiMap, KANVO_STRIP});
     Kanvo_ForStrips(kDst, kLine, uiCount, uiMost,
                     [&](Kanvo_OffsetARGB32 kTo, const Kanvo_SampleLine& kFrom, Tov_UInt uiStrip)
                     {
-                        typename Src::Pixel   aSamples[uiLongest];
-                        typename Map::Pixel   aMap[uiLongest];
+                        typename Src::Pixel   aSamples[KANVO_STRIP];
+                        typename Map::Pixel   aMap[KANVO_STRIP];
                         Kanvo_StripCover<Map> kCover;
                         kSampler(aSamples, kFrom, uiStrip);
                         kMapSampler(aMap, kOnMap(kFrom), uiStrip);
@@ -311,7 +314,7 @@ KANVO_INLINE void Kanvo_DrawThroughMap(Kanvo_OffsetARGB32 kDst, const Kanvo_Samp
                         }
                         else
                         {
-                            Kanvo_PixelARGB32 aWords[uiLongest];
+                            Kanvo_PixelARGB32 aWords[KANVO_STRIP];
                             for (Tov_UInt uiX = 0; uiX < uiStrip; ++uiX)
                             {
                                 aWords[uiX] = kConvert(aSamples[uiX]);

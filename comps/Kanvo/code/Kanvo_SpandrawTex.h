@@ -15,8 +15,6 @@ struct Kanvo_Polydraw_data
     Tov_UInt uiValue;  //!< the colour or the alpha that the write-back uses
 };
 
-constexpr Tov_UInt KANVO_STRIP = 64;  //!< texels that are gathered for a row function
-
 //! The texel at (u, v), 16.16, wrapped by the masks (16.16 too, fraction bits set). uiN: log2 of the row length in texels.
 template <class TextureAccess>
 KANVO_INLINE typename TextureAccess::Pixel Kanvo_ReadTexel(typename TextureAccess::Offset rkSrc, Tov_Fixed u,

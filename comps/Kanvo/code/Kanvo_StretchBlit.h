@@ -224,7 +224,7 @@ private:
     template <class DrawMix>
     static KANVO_INLINE void Magnify(const Kanvo_StretchCall& kCall, DrawMix kDraw)
     {
-        constexpr Tov_Int iWidest = KANVO_STRIP / 2;
+        constexpr Tov_Int iWidest = KANVO_STRIP;
         Kanvo_PixelARGB32 aaMixed[2][iWidest];  // of an even and of an odd source row
         Kanvo_StretchCall kColumn = kCall;
         const Tov_Int     iEnd    = kCall.kX.iDstFirst + kCall.kX.iCount;
@@ -266,7 +266,7 @@ private:
                 [ubAlpha](DstOffset kDst, const Kanvo_PixelARGB32* kTop, const Kanvo_PixelARGB32* kBottom,
                           Tov_UInt uiCount, Tov_UByte ubFracY)
                 {
-                    Kanvo_PixelARGB32 aSamples[KANVO_STRIP / 2];
+                    Kanvo_PixelARGB32 aSamples[KANVO_STRIP];
                     g_Kanvo_pkScaledRows->pfnMixBetween(aSamples, kTop, kBottom, uiCount, ubFracY,
                                                         Kanvo_SampleLines<Src>::KEPT_BITS);
                     g_Kanvo_pkRows->pfnOver(kDst, aSamples, uiCount, ubAlpha);

@@ -125,6 +125,9 @@ struct Kanvo_RowFunctions
 //! The row functions of the level in force (Kanvo_Level.h). Never null.
 extern const Kanvo_RowFunctions* g_Kanvo_pkRows;
 
+//! Pixels or samples that are gathered in a buffer for a row function: a quarter of a kilobyte of the stack.
+constexpr Tov_UInt KANVO_STRIP = 64;
+
 // Runs of few pixels, of which there are many in lines and pictures, are drawn sooner than a row function is called.
 constexpr Tov_UInt KANVO_FEW_PIXELS = 8;
 
