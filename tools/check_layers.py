@@ -57,7 +57,7 @@ NEON_STEMS = {
     "SPANS": "neonloops",
     "PIXELS": """
         rows rows_reference rows_neon rows_avx2 neonloops_rects
-        scaled_rows scaled_rows_reference scaled_rows_avx2""",
+        scaled_rows scaled_rows_reference scaled_rows_avx2 scaled_rows_neon""",
 }
 
 # Folders whose files all lie in one row.

@@ -31,7 +31,7 @@ def names(header, of):
     """The static functions of a struct."""
     text = (FOLDER / header).read_text()
     begin = re.search(rf"^struct {of}\n", text, re.M).end()
-    return set(re.findall(r"^    static void (\w+)\(", text[begin:text.index("\n};", begin)], re.M))
+    return set(re.findall(r"^    static (?:void|Tov_Bool) (\w+)\(", text[begin:text.index("\n};", begin)], re.M))
 
 
 def executed(command):

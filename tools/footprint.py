@@ -40,7 +40,7 @@ PARTS = {
     "Debug font and text": ["Kanvo_DebugFont", "Kanvo_Print"],
     "Source bitmaps": ["Kanvo_SourceBitmap", "Kanvo_BitmapA8", "Kanvo_BitmapRGB32", "Kanvo_BitmapRGB565"],
     "Rows of pixels: portable": ["rows_reference", "scaled_rows_reference"],
-    "Rows of pixels: NEON": ["rows_neon"],
+    "Rows of pixels: NEON": ["rows_neon", "scaled_rows_neon"],
     "Choice of a level": ["neonloops"],
     "Library object": ["Kanvo_Object"],
     "Assertions and counters": ["Trak_Assert", "Trak_Counters"],
@@ -265,7 +265,7 @@ class Graph:
         elif rows and "g_Kanvo_pkBodies" in text:
             pattern = rf"Kanvo_LoopRects<.*::({rows})\("
         elif rows and re.search(r"g_Kanvo_pk(Scaled)?Rows\b|\bkRows\.", text):
-            pattern = rf"(RowsNEON|Kanvo_RowsReference|Kanvo_ScaledRowsReference)::({rows})\("
+            pattern = rf"(RowsNEON|ScaledRowsNEON|Kanvo_RowsReference|Kanvo_ScaledRowsReference)::({rows})\("
         elif called == "delete":
             return {title for method, titles in self.methods.items() if method.startswith("~") for title in titles}
         else:

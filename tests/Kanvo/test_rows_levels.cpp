@@ -13,6 +13,7 @@
 #include "neonloops.h"
 #include "neonloops_rects.h"
 #include "rows.h"
+#include "scaled_rows.h"
 
 namespace
 {
@@ -28,10 +29,9 @@ Address AddressOf(Function* function)
 //! All row functions of a table, in a fixed order.
 std::vector<Address> RowsOf(const Kanvo_RowFunctions& rows)
 {
-    return {AddressOf(rows.pfnFill),         AddressOf(rows.pfnFillMix),   AddressOf(rows.pfnCopyBytes),
-            AddressOf(rows.pfnCopy),         AddressOf(rows.pfnOver),      AddressOf(rows.pfnBlendColor),
-            AddressOf(rows.pfnConvert565),   AddressOf(rows.pfnOver565),   AddressOf(rows.pfnStoreMask565),
-            AddressOf(rows.pfnBlendMask565), AddressOf(rows.pfnBlendMask), AddressOf(rows.pfnColorMask)};
+#define KANVO_TEST_ADDRESS(name) AddressOf(rows.pfn##name),
+    return {KANVO_ROW_LIST(KANVO_TEST_ADDRESS)};
+#undef KANVO_TEST_ADDRESS
 }
 
 //! All loops, as they are now.
@@ -88,6 +88,8 @@ TEST(RowsOfNEON, AreInForceWithoutBeingAskedFor)
     EXPECT_EQ(Kanvo_SelectRows(KL_BEST), KL_NEON);
     EXPECT_EQ(RowsOf(*g_Kanvo_pkRows), RowsOf(g_Kanvo_kBodiesNEON.kRows));
     EXPECT_EQ(AddressOf(neonloops_blit_argb32_argb32_as_ag), AddressOf(g_Kanvo_kBodiesNEON.pfnOver));
+    EXPECT_EQ(g_Kanvo_pkScaledRows, &g_Kanvo_kScaledRowsNEON);
+    EXPECT_NE(g_Kanvo_kScaledRowsNEON.pfnFilterWords, &Kanvo_ScaledRowsReference::FilterWords);
     Kanvo_SelectRows(before);
 }
 #endif

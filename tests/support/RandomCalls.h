@@ -303,7 +303,7 @@ private:
 
     static bool Changed(const std::vector<std::uint8_t>& before, const std::uint8_t* now)
     {
-        return std::memcmp(before.data(), now, before.size()) != 0;
+        return !std::equal(before.begin(), before.end(), now);
     }
 
     std::string WrongPixels(const RandomCall& thrown) const

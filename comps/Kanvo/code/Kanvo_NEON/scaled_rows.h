@@ -1,20 +1,13 @@
 // scaled_rows: rows of samples: what scaled and rotated blits read of a source, many pixels side by side, nearest or
 // filtered. Kanvo_ScaledRowsReference is the portable body and the truth that any faster one is held to, byte for byte;
-// scaled_rows_avx2 holds those for which there is one. What becomes of the samples is the business of Kanvo_SampleStrips,
+// scaled_rows_avx2 and scaled_rows_neon hold those for which there is one. What becomes of the samples is the business of Kanvo_SampleStrips,
 // who calls through g_Kanvo_pkScaledRows.
 //
 // All samples are read before any is promised to be written: kTo shares no memory with them, or the count is 1.
 #ifndef KANVO_SCALED_ROWS_H
 #define KANVO_SCALED_ROWS_H
 
-#include "Kanvo_BitmapA8.h"
-#include "Kanvo_BitmapRGB565.h"
-#include "Kanvo_Level.h"
-#include "Kanvo_PixelARGB32_Access.h"
-
-#ifndef KANVO_HAS_AVX2
-#define KANVO_HAS_AVX2 0
-#endif
+#include "rows.h"
 
 //! A straight line of samples through a bitmap. Positions and steps are 16.16 and wrap around, so that a step may go
 //! backwards; the pixels sampled lie inside the bitmap, and where the samples are filtered their 2x2 blocks do.
@@ -79,7 +72,8 @@ extern const Kanvo_ScaledRowFunctions* g_Kanvo_pkScaledRows;
 //! Puts those of a level in force, which this machine must be able to run. Called where a level is selected.
 void Kanvo_InstallScaledRows(Kanvo_Level eLevel);
 
-// Exists where KANVO_HAS_AVX2 is 1.
+// Each exists where its KANVO_HAS_ is 1.
+extern const Kanvo_ScaledRowFunctions g_Kanvo_kScaledRowsNEON;
 extern const Kanvo_ScaledRowFunctions g_Kanvo_kScaledRowsAVX2;
 
 #endif

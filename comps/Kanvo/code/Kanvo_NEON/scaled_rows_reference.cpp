@@ -113,6 +113,12 @@ const Kanvo_ScaledRowFunctions* g_Kanvo_pkScaledRows = &PORTABLE;
 void Kanvo_InstallScaledRows([[maybe_unused]] Kanvo_Level eLevel)
 {
     g_Kanvo_pkScaledRows = &PORTABLE;
+#if KANVO_HAS_NEON
+    if (eLevel == KL_NEON)
+    {
+        g_Kanvo_pkScaledRows = &g_Kanvo_kScaledRowsNEON;
+    }
+#endif
 #if KANVO_HAS_AVX2
     if (eLevel == KL_AVX2)
     {
