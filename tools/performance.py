@@ -4,14 +4,12 @@
   performance.py FILE          from what `kanvo-bench --peers --json FILE` wrote (./dev performance does both)
   performance.py --self-test   proves how figures become verdicts, tables and charts
 
-Targets and the reasons for missing them come from bench/TARGETS, peers that are no Debian packages from
-bench/peers/ELSEWHERE. Both are kept by hand.
+Targets and the reasons for missing them come from bench/TARGETS, which is kept by hand.
 """
 
 import fnmatch
 import json
 import math
-import statistics
 import sys
 import tempfile
 import xml.dom.minidom
@@ -38,10 +36,10 @@ measures again and rewrites this page, `./dev bench --filter over` prints single
   ARGB32 picture is read with the loops off only, one over an RGB565 picture with the loops on.
 - **Best peer** is the fastest that does what the case asks for. What is drawn is checked before it is timed, area and
   colour: a figure with `~` belongs to a result that is recognisably less exact, one with `†` to a result that does less
-  than was asked (no blending, no anti-aliasing); the latter is never best. Peers with `*` are no packages of Debian:
-  they were measured by the same rules on another machine, and are estimated here from the peers measured on both.
-- Peers blend premultiplied pixels, which saves them a division per pixel, except SDL2, AGG and LVGL. Kanvo blends
-  straight alpha, and its results are the same bytes in every column.
+  than was asked (no blending, no anti-aliasing); the latter is never best. Peers are what Debian
+  packages; libraries that are not are not compared with, since a ratio counts in one run only.
+- Peers blend premultiplied pixels, which saves them a division per pixel, except SDL2 and AGG. Kanvo blends straight
+  alpha, and its results are the same bytes in every column.
 
 | Case | |
 |---|---|
@@ -77,17 +75,10 @@ def target_of(targets, name):
     return next((target for target in targets if fnmatch.fnmatchcase(name, target[0])), None)
 
 
-def read_elsewhere(text):
-    """Speeds on another machine, by case and peer."""
-    lines = [line.split() for line in text.splitlines() if line.strip() and not line.startswith("#")]
-    peers = lines[0][1:]
-    return {cells[0]: {peer: float(cell) for peer, cell in zip(peers, cells[1:]) if cell != "-"} for cells in lines[1:]}
-
-
 class Case:
     """One case of the run: who reached which speed."""
 
-    def __init__(self, case, peers, elsewhere):
+    def __init__(self, case, peers):
         self.name, self.group, self.is_shape = case["name"], case["group"], case["shape"]
         self.pixels, self.memory, self.memory_name = case["pixels"], case["memory_mpixels"], case["memory"]
         self.ours, self.peers, self.marks = {}, {}, {}
@@ -95,12 +86,6 @@ class Case:
             name = result["contender"]
             (self.peers if name in peers else self.ours)[name] = result["mpixels"]
             self.marks[name] = "†" if result["less"] else "" if result["exact"] else "~"
-        # Peers that are not here are as much faster or slower as those are that were measured on both machines.
-        common = [self.peers[name] / speed for name, speed in elsewhere.items() if name in self.peers]
-        for name, speed in elsewhere.items():
-            if name not in peers and common:
-                self.peers[name + "*"] = speed * statistics.median(common)
-                self.marks[name + "*"] = ""
         eligible = {name: speed for name, speed in self.peers.items() if self.marks[name] != "†"}
         self.best = max(eligible, key=eligible.get) if eligible else None
 
@@ -319,10 +304,10 @@ def slug(group):
     return "".join(c if c.isalnum() else "_" for c in group.lower()).strip("_").replace("__", "_")
 
 
-def build(run, targets, elsewhere):
+def build(run, targets):
     """The page, charts by file name, and cases that miss their target without a reason."""
     peers = {c["name"] for c in run["contenders"] if c["peer"]}
-    cases = [Case(case, peers, elsewhere.get(case["name"], {}) if peers else {}) for case in run["cases"]]
+    cases = [Case(case, peers) for case in run["cases"]]
     section, silent = target_section(cases, targets)
     page = INTRODUCTION + "\n" + machine_section(run) + "\n" + section
     charts = {"targets.svg": targets_chart(cases, targets)}
@@ -354,8 +339,7 @@ def self_test():
                      case("line/long", [result(fast, 50.0), result(slow, 50.0), result("A", 100.0, exact=False)], True),
                      case("alone/64", [result(fast, 5.0)])]}
     targets = read_targets("# comment\n\nline/* | 0.4 | - | \ncopy/64 | 1.5 | 0.8 | \n*/64 | 0.9 | - | because of A\n")
-    elsewhere = read_elsewhere("# comment\ncase C D A B\ncopy/64 250 - 150 300\nalone/64 9 - 9 9\n")
-    page, charts, silent = build(run, targets, elsewhere)
+    page, charts, silent = build(run, targets)
 
     failures = 0
 
@@ -377,9 +361,8 @@ def self_test():
     expect("rectangles in Mpx/s and ratio",
            "| `copy/64` | 1000 | 900 (0.90) | 90.0 (0.09) | B 600 (0.60) | 1.50 |" in page)
     expect("without peers there is no best", "| `alone/64` | 1000 | 5.00 (0.01) |  |  |  |" in page)
-    expect("peers from elsewhere are scaled by those on both machines", "500 (0.50)" in page and "C*" in page)
     expect("nothing misses without a reason", silent == [])
-    expect("a reason that lacks is named", build(run, read_targets("copy/64 | 9 | - |"), {})[2] == ["copy/64"])
+    expect("a reason that lacks is named", build(run, read_targets("copy/64 | 9 | - |"))[2] == ["copy/64"])
     expect("there is a chart for every group", set(charts) == {"targets.svg", "copy_and_convert.svg", "lines.svg"})
     expect("charts are named in the page", all(f"(performance/{name})" in page for name in charts))
     expect("steps of axes are round", [nice_step(m) for m in (1, 3.7, 40)] == [0.2, 1, 10])
@@ -415,8 +398,7 @@ def main():
         return 2
     run = json.loads(Path(sys.argv[1]).read_text(encoding="utf-8"))
     targets = read_targets((ROOT / "bench/TARGETS").read_text(encoding="utf-8"))
-    elsewhere = read_elsewhere((ROOT / "bench/peers/ELSEWHERE").read_text(encoding="utf-8"))
-    page, charts, silent = build(run, targets, elsewhere)
+    page, charts, silent = build(run, targets)
     write(page, charts, ROOT / "docs")
     print(f"docs/PERFORMANCE.md and {len(charts)} charts written")
     for name in silent:
