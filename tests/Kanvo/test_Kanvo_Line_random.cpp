@@ -12,11 +12,11 @@
 
 #include <gtest/gtest.h>
 
-#include "CrashNote.h"
 #include "Dice.h"
 #include "Kanvo_Pattern.h"
 #include "LineStage.h"
 #include "NaiveMix.h"
+#include "RunSeeds.h"
 
 namespace
 {
@@ -423,21 +423,13 @@ private:
 template <class Throw, class Note>
 bool RunAll(const char* name, RandomDrawing& drawing, const support::Seeds& seeds, Throw&& thrower, Note&& note)
 {
-    support::CrashNote crash(name);
-    int                failures = 0;
-    for (std::uint64_t index = 0; index < seeds.count && failures < 3; ++index)
-    {
-        crash.InCase(seeds.first + index);
-        const std::string failure = drawing.Run(thrower(seeds.first + index));
-        if (failure.empty())
-        {
-            note();
-            continue;
-        }
-        ++failures;
-        ADD_FAILURE() << failure;
-    }
-    return failures == 0;
+    return support::RunSeeds(name, seeds,
+                             [&](std::uint64_t seed)
+                             {
+                                 std::string failure = drawing.Run(thrower(seed));
+                                 if (failure.empty()) note();
+                                 return failure;
+                             });
 }
 
 }  // namespace

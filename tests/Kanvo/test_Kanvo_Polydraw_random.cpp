@@ -16,6 +16,7 @@
 #include "PolyStage.h"
 #include "RandomPolygons.h"
 #include "Reference_PolygonRule.h"
+#include "RunSeeds.h"
 
 namespace
 {
@@ -170,29 +171,23 @@ bool HasFlatCrossing(const Outline& outline, const support::PolyTarget& target)
 TEST(PolydrawRandom, SpansPixelsAndStatisticsAreThoseOfTheNaiveReference)
 {
     const support::Seeds seeds(support::CasesOf(500000));
-    support::CrashNote   crash("SpansPixelsAndStatisticsAreThoseOfTheNaiveReference");
     RandomPolygons       polygons;
-    int                  failures  = 0;
     std::uint64_t        painted   = 0;
     std::uint64_t        rejected  = 0;
     std::uint64_t        crossings = 0;
     std::uint64_t        manyTops  = 0;
-    for (std::uint64_t seed = seeds.first; seed < seeds.first + seeds.count && failures < 3; ++seed)
+    const auto           run       = [&](std::uint64_t seed)
     {
-        crash.InCase(seed);
-        const std::string wrong = polygons.Run(seed);
-        if (!wrong.empty())
-        {
-            ++failures;
-            ADD_FAILURE() << wrong;
-        }
+        std::string                    wrong   = polygons.Run(seed);
         const reference::PlainOutcome& outcome = polygons.Outcome();
         painted += !outcome.spans.empty();
         rejected += static_cast<std::uint64_t>(outcome.rejected);
         crossings += outcome.crossings > 0;
         manyTops += outcome.buckets > 2;
-    }
-    if (failures > 0 || seeds.count < 10000) return;
+        return wrong;
+    };
+    const bool good = support::RunSeeds("SpansPixelsAndStatisticsAreThoseOfTheNaiveReference", seeds, run);
+    if (!good || seeds.count < 10000) return;
     EXPECT_GT(painted, seeds.count / 3);
     EXPECT_GT(rejected, seeds.count / 100);
     EXPECT_GT(crossings, seeds.count / 10);

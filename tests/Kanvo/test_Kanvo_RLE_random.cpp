@@ -13,7 +13,6 @@
 
 #include "AssertCapture.h"
 #include "BlitBitmaps.h"
-#include "CrashNote.h"
 #include "Dice.h"
 #include "DrawSpies.h"
 #include "Fence.h"
@@ -23,6 +22,7 @@
 #include "Reference_Rle.h"
 #include "RleImage.h"
 #include "RleSources.h"
+#include "RunSeeds.h"
 #include "Snapshot.h"
 
 namespace
@@ -374,24 +374,16 @@ private:
 TEST(RleRandom, ImagesAreDrawnAsTheirDefinitionSays)
 {
     const support::Seeds  seeds(1000000 / REQUESTS_PER_IMAGE);
-    support::CrashNote    note("RLE images");
     support::LoopSpies    loops;
     support::MapLoopSpies mapLoops;
     support::PerfSpies    counters;
     RandomImages          images;
-    int                   failures = 0;
-    for (std::uint64_t index = 0; index < seeds.count && failures < 3; ++index)
-    {
-        note.InCase(seeds.first + index);
-        const std::string failure = images.Run(ThrowCase(seeds.first + index));
-        if (failure.empty()) continue;
-        ++failures;
-        ADD_FAILURE() << failure;
-    }
+    const bool            good =
+        support::RunSeeds("RLE images", seeds, [&](std::uint64_t seed) { return images.Run(ThrowCase(seed)); });
     EXPECT_TRUE(loops.Calls().empty());
     EXPECT_TRUE(mapLoops.Calls().empty());
     EXPECT_TRUE(counters.OnlyCounted(""));
-    if (failures > 0 || seeds.count < 10000) return;
+    if (!good || seeds.count < 10000) return;
     EXPECT_GT(images.ShowingRequests(), seeds.count * REQUESTS_PER_IMAGE / 3);
     EXPECT_GT(images.ShownPixels(), seeds.count * REQUESTS_PER_IMAGE * 10);
 }

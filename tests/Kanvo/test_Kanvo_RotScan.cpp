@@ -1,6 +1,6 @@
-// Tests of Kanvo_RotScan alone, between edges that the test makes up: rows without width, rows outside the clip rectangle,
-// edges that take over in the middle, fractions. The library's own edges never show most of this. What a pixel is drawn
-// with is left to test_Kanvo_RotBlit.cpp.
+// Tests of the walk of Kanvo_RotScan alone, between edges that the test makes up: rows without width, rows outside the clip
+// rectangle, edges that take over in the middle, fractions. The library's own edges never show most of this. What a pixel
+// is drawn with is left to test_Kanvo_RotBlit.cpp.
 #include <optional>
 #include <vector>
 
@@ -49,8 +49,6 @@ public:
 #include "Kanvo_RotScan.h"
 #undef Kanvo_RotBlitParam
 
-#include "Kanvo_BitmapRGB32.h"
-
 namespace
 {
 
@@ -89,17 +87,11 @@ struct Drawn
     }
 };
 
-//! A target of 24 x 16 and a source of 256 x 256.
+//! A target of 24 x 16; a source of 256 x 256 is thought of.
 class Scanner
 {
 public:
-    Scanner()
-        : m_targetPixels(std::size_t{WIDTH} * HEIGHT),
-          m_sourcePixels(std::size_t{SOURCE_SIZE} * SOURCE_SIZE),
-          m_target(nullptr, WIDTH, HEIGHT, m_targetPixels.data()),
-          m_source(nullptr, SOURCE_SIZE, SOURCE_SIZE, BBT_RAM, m_sourcePixels.data())
-    {
-    }
+    Scanner() : m_targetPixels(std::size_t{WIDTH} * HEIGHT), m_target(nullptr, WIDTH, HEIGHT, m_targetPixels.data()) {}
 
     std::vector<Drawn> Scan(const std::optional<RotGeometry>& geometry,
                             const Clip&                       clip = {0, 0, WIDTH - 1, HEIGHT - 1})
@@ -107,28 +99,28 @@ public:
         m_target.SetCliprect(static_cast<Tov_UInt>(clip.minX), static_cast<Tov_UInt>(clip.minY),
                              static_cast<Tov_UInt>(clip.maxX), static_cast<Tov_UInt>(clip.maxY));
         ScriptedEdges::s_script = geometry;
-        std::vector<Drawn>       calls;
-        std::vector<Drawn>&      to   = calls;
-        const Kanvo_PixelRGB32*  from = m_sourcePixels.data();
-        const Kanvo_PixelARGB32* onto = m_targetPixels.data();
-        Kanvo_RotScan<Kanvo_PixelRGB32_Access, Kanvo_PixelARGB32_Access>(
-            &m_source, &m_target, Kanvo_RotRequest{},
-            [&to, from, onto](Kanvo_OffsetRGB32 source, Kanvo_OffsetARGB32 target, Tov_UByte v, Tov_UByte u,
-                              Tov_Bool first)
-            {
-                const auto read  = source - from;
-                const auto write = target - onto;
-                to.push_back({static_cast<int>(write % WIDTH), static_cast<int>(write / WIDTH),
-                              static_cast<int>(read % SOURCE_SIZE), static_cast<int>(read / SOURCE_SIZE), v, u, first});
-            });
+        std::vector<Drawn>             calls;
+        const Kanvo_PixelARGB32* const onto = m_targetPixels.data();
+        Kanvo_RotRows<Kanvo_PixelARGB32_Access>(&m_target, Kanvo_RotRequest{},
+                                                [&calls, onto](const Kanvo_PixelARGB32* target, const Kanvo_RotRow& row)
+                                                {
+                                                    const auto place = static_cast<int>(target - onto);
+                                                    for (int behind = -1; behind < row.iRest; ++behind)
+                                                    {
+                                                        const bool first = behind < 0;
+                                                        const int  v     = first ? row.vFirst : row.v + behind * row.av;
+                                                        const int  u     = first ? row.uFirst : row.u + behind * row.au;
+                                                        calls.push_back({place % int{WIDTH} + behind + 1,
+                                                                         place / int{WIDTH}, v >> 16, u >> 16,
+                                                                         v >> 8 & 255, u >> 8 & 255, first});
+                                                    }
+                                                });
         return calls;
     }
 
 private:
     std::vector<std::uint32_t> m_targetPixels;
-    std::vector<std::uint32_t> m_sourcePixels;
     support::PitchedTarget     m_target;
-    Kanvo_BitmapRGB32          m_source;
 };
 
 //! One row at y between x and end, the source position (10.5, 20.25) at its left end, a step of (1, 0.5) to the right.

@@ -15,9 +15,9 @@
 #include <gtest/gtest.h>
 
 #include "AssertCapture.h"
-#include "CrashNote.h"
 #include "DrawSpies.h"
 #include "RandomPictures.h"
+#include "RunSeeds.h"
 
 namespace support
 {
@@ -349,23 +349,14 @@ struct Due
     std::uint64_t            messageOneIn;
 };
 
-//! Stops after three failures. throwCase(seed) returns a case of Test's.
+//! throwCase(seed) returns a case of Test's.
 template <class Test, class Work, class Throw>
 void RunCases(const char* name, std::uint64_t cases, const Due<Work>& due, Throw throwCase)
 {
     const Seeds seeds(cases);
-    CrashNote   note(name);
     Test        test;
-    int         failures = 0;
-    for (std::uint64_t index = 0; index < seeds.count && failures < 3; ++index)
-    {
-        note.InCase(seeds.first + index);
-        const std::string failure = test.Run(throwCase(seeds.first + index));
-        if (failure.empty()) continue;
-        ++failures;
-        ADD_FAILURE() << failure;
-    }
-    if (failures > 0 || seeds.count < 10000) return;
+    const bool  good = RunSeeds(name, seeds, [&](std::uint64_t seed) { return test.Run(throwCase(seed)); });
+    if (!good || seeds.count < 10000) return;
     Seen<Work> seen = test.WhatWasSeen();
     for (const Work work : due.works)
     {

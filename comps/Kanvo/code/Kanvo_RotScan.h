@@ -112,33 +112,4 @@ KANVO_INLINE void Kanvo_RotRows(const Kanvo_Bitmap* pkDest, const Kanvo_RotReque
     }
 }
 
-//! The same for each pixel: calls kRule(source offset, destination offset, fraction v, fraction u, whether it is the row's
-//! first pixel). Src and Dst are pixel policies.
-template <class Src, class Dst, class Source, class Rule>
-KANVO_INLINE void Kanvo_RotScan(const Source* pkSource, const Kanvo_Bitmap* pkDest, const Kanvo_RotRequest& k,
-                                Rule kRule)
-{
-    Kanvo_RotRows<Dst>(
-        pkDest, k,
-        [pkSource, pkDest, kRule](typename Dst::Offset kOffset, const Kanvo_RotRow& kRow)
-        {
-            const auto kDrawPixel = [&](Tov_Fixed v, Tov_Fixed u, Tov_Bool bFirst)
-            {
-                typename Src::Offset kTexOffset;
-                Src::GetOffset(pkSource, static_cast<Tov_UInt>(v >> 16), static_cast<Tov_UInt>(u >> 16), kTexOffset);
-                kRule(kTexOffset, kOffset, static_cast<Tov_UByte>(v >> 8), static_cast<Tov_UByte>(u >> 8), bFirst);
-                Dst::IncX(pkDest, kOffset);
-            };
-            kDrawPixel(kRow.vFirst, kRow.uFirst, true);
-            Tov_Fixed v = kRow.v;
-            Tov_Fixed u = kRow.u;
-            for (Tov_Int iX = 0; iX < kRow.iRest; ++iX)
-            {
-                kDrawPixel(v, u, false);
-                u = Tov_FixAdd(u, kRow.au);
-                v = Tov_FixAdd(v, kRow.av);
-            }
-        });
-}
-
 #endif
