@@ -53,9 +53,8 @@ int main(int argc, char** argv)
     Kanvo                 library;
     Kanvo_Screen          screen(&library);
     const scenes::BuiltIn pictures(screen);
-    if (!pictures.Error().empty())
+    if (!pictures.AreThere())
     {
-        std::fputs(pictures.Error().c_str(), stderr);
         return 1;
     }
     std::printf("# level: %s\n", Kanvo_LevelName(Kanvo_SelectedRows()));

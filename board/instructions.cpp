@@ -139,9 +139,8 @@ int main()
     Kanvo                 library;
     Kanvo_Screen          screen(&library);
     const scenes::BuiltIn pictures(screen);
-    if (!pictures.Error().empty())
+    if (!pictures.AreThere())
     {
-        std::fputs(pictures.Error().c_str(), stderr);
         return 1;
     }
     Kanvo_BitmapRLE    rle(&screen, rle_landscape, RLE_LANDSCAPE_SIZE);

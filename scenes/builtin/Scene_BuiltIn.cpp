@@ -106,6 +106,12 @@ Picture BuiltIn::Made(const PictureFile& file, Kanvo_Screen& screen)
     return {kept(BM_ARGB32), kept(BM_RGB32), kept(BM_RGB565), kept(BM_ALPHA8)};
 }
 
+bool BuiltIn::AreThere() const
+{
+    std::fputs(m_error.c_str(), stderr);
+    return m_error.empty();
+}
+
 Tov_UInt Drawn(const Scene& scene, Kanvo_BitmapARGB32& target, const Input& input, Kanvo_Screen& screen,
                Optimized_Blit setting)
 {

@@ -21,6 +21,9 @@ public:
     //! What is missing, empty where every picture is there; nothing may be drawn otherwise.
     const std::string& Error() const { return m_error; }
 
+    //! The same as a question, with what is missing on stderr.
+    bool AreThere() const;
+
     const Input& Get() const { return m_input; }
 
 private:

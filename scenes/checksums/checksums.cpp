@@ -25,9 +25,8 @@ int main()
     Kanvo                 library;
     Kanvo_Screen          screen(&library);
     const scenes::BuiltIn pictures(screen);
-    if (!pictures.Error().empty())
+    if (!pictures.AreThere())
     {
-        std::fputs(pictures.Error().c_str(), stderr);
         return 1;
     }
     std::printf("# level: %s\n", Kanvo_LevelName(Kanvo_SelectedRows()));
