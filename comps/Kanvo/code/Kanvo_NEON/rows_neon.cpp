@@ -97,6 +97,13 @@ KANVO_INLINE void Expand565(Channels& kPixels, uint16x8_t kPacked)
 
 // ---- rules: eight pixels, drawn over kDst; a rule walks along its sources -------------------------------------------
 
+//! Alphas or coverages times the global alpha. SCALED: whether that is below 255.
+template <bool SCALED>
+KANVO_INLINE Channel Scaled(Channel kAlpha, Channel kGlobalAlpha)
+{
+    return SCALED ? MulByte(kAlpha, kGlobalAlpha) : kAlpha;
+}
+
 //! BlendPixel by the source's own alpha. SCALED: whether the global alpha is below 255; at 255 opaque pixels are stored.
 template <bool SCALED>
 struct BlendOrStoreRule
@@ -108,7 +115,7 @@ struct BlendOrStoreRule
     {
         const Channels kSource = Load(kSrc);
         kSrc += LANES;
-        const Channel kAlpha = SCALED ? MulByte(kSource.val[ALPHA], kGlobalAlpha) : kSource.val[ALPHA];
+        const Channel kAlpha = Scaled<SCALED>(kSource.val[ALPHA], kGlobalAlpha);
         MixHalfWeight(kDst, kSource, kAlpha);
         kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], kAlpha);
         if (!SCALED)
@@ -149,7 +156,7 @@ struct OverRule
     {
         const Channels kSource = Load(kSrc);
         kSrc += LANES;
-        const Channel kAlpha = SCALED ? MulByte(kSource.val[ALPHA], kGlobalAlpha) : kSource.val[ALPHA];
+        const Channel kAlpha = Scaled<SCALED>(kSource.val[ALPHA], kGlobalAlpha);
         // Over a translucent pixel the colour's weight is the global alpha. (Such a pixel becomes opaque under an
         // opaque one alone, and then both weights are equal: whether the destination is opaque decides, not the result.)
         const Channel kOpaque = vceq_u8(kDst.val[ALPHA], vdup_n_u8(255));
@@ -176,42 +183,28 @@ struct Over565Rule
     void Skip(Tov_UInt uiCount) { kSrc += uiCount; }
 };
 
-//! Coverage. SCALED: whether the global alpha is below 255.
-template <bool SCALED>
-struct FromA8
-{
-    const Kanvo_PixelA8* kMask;
-    Channel              kGlobalAlpha;
-
-    KANVO_INLINE Channel Next()
-    {
-        const Channel kCover = vld1_u8(kMask);
-        kMask += LANES;
-        return SCALED ? MulByte(kCover, kGlobalAlpha) : kCover;
-    }
-    void Skip(Tov_UInt uiCount) { kMask += uiCount; }
-};
-
 //! BlendPixel of RGB565 pixels by coverages.
 template <bool SCALED>
 struct BlendMask565Rule
 {
     const Kanvo_PixelRGB565* kSrc;
-    FromA8<SCALED>           kCover;
+    const Kanvo_PixelA8*     kMask;
+    Channel                  kGlobalAlpha;
 
     KANVO_INLINE void operator()(Channels& kDst)
     {
         Channels kSource = kDst;
         Expand565(kSource, vld1q_u16(kSrc));
+        const Channel kAlpha = Scaled<SCALED>(vld1_u8(kMask), kGlobalAlpha);
         kSrc += LANES;
-        const Channel kAlpha = kCover.Next();
+        kMask += LANES;
         MixHalfWeight(kDst, kSource, kAlpha);
         kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], kAlpha);
     }
     void Skip(Tov_UInt uiCount)
     {
         kSrc += uiCount;
-        kCover.Skip(uiCount);
+        kMask += uiCount;
     }
 };
 
@@ -220,20 +213,22 @@ template <bool SCALED>
 struct BlendMaskRule
 {
     const Kanvo_PixelARGB32* kSrc;
-    FromA8<SCALED>           kCover;
+    const Kanvo_PixelA8*     kMask;
+    Channel                  kGlobalAlpha;
 
     KANVO_INLINE void operator()(Channels& kDst)
     {
         const Channels kSource = Load(kSrc);
+        const Channel  kAlpha  = Scaled<SCALED>(vld1_u8(kMask), kGlobalAlpha);
         kSrc += LANES;
-        const Channel kAlpha = kCover.Next();
+        kMask += LANES;
         MixHalfWeight(kDst, kSource, kAlpha);
         kDst.val[ALPHA] = OverAlpha(kDst.val[ALPHA], kAlpha);
     }
     void Skip(Tov_UInt uiCount)
     {
         kSrc += uiCount;
-        kCover.Skip(uiCount);
+        kMask += uiCount;
     }
 };
 
@@ -310,30 +305,36 @@ KANVO_INLINE void MixByCover(Channels& kDst, const Channels& kColor, Channel kCo
 template <bool SCALED>
 struct MixColorRule
 {
-    FromA8<SCALED> kCover;
-    Channels       kColor;
+    Channels             kColor;
+    const Kanvo_PixelA8* kMask;
+    Channel              kGlobalAlpha;
 
-    KANVO_INLINE void operator()(Channels& kDst) { MixByCover(kDst, kColor, kCover.Next()); }
-    void              Skip(Tov_UInt uiCount) { kCover.Skip(uiCount); }
+    KANVO_INLINE void operator()(Channels& kDst)
+    {
+        MixByCover(kDst, kColor, Scaled<SCALED>(vld1_u8(kMask), kGlobalAlpha));
+        kMask += LANES;
+    }
+    void Skip(Tov_UInt uiCount) { kMask += uiCount; }
 };
 
 //! A colour for each pixel, taken as opaque.
 struct MixMaskRule
 {
     const Kanvo_PixelARGB32* kSrc;
-    FromA8<false>            kCover;
+    const Kanvo_PixelA8*     kMask;
 
     KANVO_INLINE void operator()(Channels& kDst)
     {
-        Channels kSource = Load(kSrc);
-        kSrc += LANES;
+        Channels kSource   = Load(kSrc);
         kSource.val[ALPHA] = vdup_n_u8(255);
-        MixByCover(kDst, kSource, kCover.Next());
+        MixByCover(kDst, kSource, vld1_u8(kMask));
+        kSrc += LANES;
+        kMask += LANES;
     }
     void Skip(Tov_UInt uiCount)
     {
         kSrc += uiCount;
-        kCover.Skip(uiCount);
+        kMask += uiCount;
     }
 };
 
@@ -357,6 +358,20 @@ KANVO_INLINE void DrawRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Rule kRule)
         Store(kDst, kPixels);
     }
     Store(kLast, kEnd);
+}
+
+//! The same by a rule for a global alpha.
+template <template <bool SCALED> class Rule, class... Sources>
+KANVO_INLINE void DrawRowAt(Tov_UByte ubAlpha, Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, const Sources&... kSources)
+{
+    if (ubAlpha == 255)
+    {
+        DrawRow(kDst, uiCount, Rule<false>{kSources..., vdup_n_u8(255)});
+    }
+    else
+    {
+        DrawRow(kDst, uiCount, Rule<true>{kSources..., vdup_n_u8(ubAlpha)});
+    }
 }
 
 //! Moves a row of eight pixels or more that shares no memory with its source: kMoveEight(to, from) does it for eight. The
@@ -489,13 +504,9 @@ struct RowsNEON
         {
             Kanvo_RowsReference::Over(kDst, kSrc, uiCount, ubAlpha);
         }
-        else if (ubAlpha == 255)
-        {
-            DrawRow(kDst, uiCount, OverRule<false>{kSrc, vdup_n_u8(255)});
-        }
         else
         {
-            DrawRow(kDst, uiCount, OverRule<true>{kSrc, vdup_n_u8(ubAlpha)});
+            DrawRowAt<OverRule>(ubAlpha, kDst, uiCount, kSrc);
         }
     }
 
@@ -506,13 +517,9 @@ struct RowsNEON
         {
             Kanvo_RowsReference::BlendOrStore(kDst, kSrc, uiCount, ubAlpha);
         }
-        else if (ubAlpha == 255)
-        {
-            DrawRow(kDst, uiCount, BlendOrStoreRule<false>{kSrc, vdup_n_u8(255)});
-        }
         else
         {
-            DrawRow(kDst, uiCount, BlendOrStoreRule<true>{kSrc, vdup_n_u8(ubAlpha)});
+            DrawRowAt<BlendOrStoreRule>(ubAlpha, kDst, uiCount, kSrc);
         }
     }
 
@@ -616,13 +623,9 @@ struct RowsNEON
         {
             Kanvo_RowsReference::BlendMask565(kDst, kSrc, kMask, uiCount, ubAlpha);
         }
-        else if (ubAlpha == 255)
-        {
-            DrawRow(kDst, uiCount, BlendMask565Rule<false>{kSrc, {kMask, vdup_n_u8(255)}});
-        }
         else
         {
-            DrawRow(kDst, uiCount, BlendMask565Rule<true>{kSrc, {kMask, vdup_n_u8(ubAlpha)}});
+            DrawRowAt<BlendMask565Rule>(ubAlpha, kDst, uiCount, kSrc, kMask);
         }
     }
 
@@ -633,13 +636,9 @@ struct RowsNEON
         {
             Kanvo_RowsReference::BlendMask(kDst, kSrc, kMask, uiCount, ubAlpha);
         }
-        else if (ubAlpha == 255)
-        {
-            DrawRow(kDst, uiCount, BlendMaskRule<false>{kSrc, {kMask, vdup_n_u8(255)}});
-        }
         else
         {
-            DrawRow(kDst, uiCount, BlendMaskRule<true>{kSrc, {kMask, vdup_n_u8(ubAlpha)}});
+            DrawRowAt<BlendMaskRule>(ubAlpha, kDst, uiCount, kSrc, kMask);
         }
     }
 
@@ -648,7 +647,7 @@ struct RowsNEON
     {
         if (IsOrdinary(uiCount, kDst, kSrc, kMask))
         {
-            DrawRow(kDst, uiCount, MixMaskRule{kSrc, {kMask, vdup_n_u8(255)}});
+            DrawRow(kDst, uiCount, MixMaskRule{kSrc, kMask});
         }
         else
         {
@@ -662,16 +661,10 @@ struct RowsNEON
         if (!IsOrdinary(uiCount, kDst, kMask))
         {
             Kanvo_RowsReference::ColorMask(kDst, kMask, uiCount, clColor, ubAlpha);
-            return;
-        }
-        const Channels kColor = Splat(clColor);
-        if (ubAlpha == 255)
-        {
-            DrawRow(kDst, uiCount, MixColorRule<false>{{kMask, vdup_n_u8(255)}, kColor});
         }
         else
         {
-            DrawRow(kDst, uiCount, MixColorRule<true>{{kMask, vdup_n_u8(ubAlpha)}, kColor});
+            DrawRowAt<MixColorRule>(ubAlpha, kDst, uiCount, Splat(clColor), kMask);
         }
     }
 
