@@ -106,10 +106,8 @@ Case ThrowCase(std::uint64_t seed)
         thrown.where.dstX   = support::ThrowPosition(dice, thrown.target.width, 30);
         thrown.where.dstY   = support::ThrowPosition(dice, thrown.target.height, 30);
     }
-    thrown.alpha       = ThrowAlpha(dice);
-    thrown.renderState = dice.Of<unsigned>({OB_NONE, OB_NONE, OB_NONE, OB_NEON, OB_NEON, OB_NEON, OB_NEON, 2});
-    thrown.locked      = !dice.OneIn(64);
-    thrown.swapped     = dice.OneIn(8);
+    thrown.alpha = ThrowAlpha(dice);
+    ThrowTarget(dice, thrown);
     return thrown;
 }
 

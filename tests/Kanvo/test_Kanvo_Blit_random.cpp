@@ -142,9 +142,7 @@ Case ThrowCase(std::uint64_t seed, Operation operation)
     thrown.color =
         operation == Operation::Blit ? support::ThrowKey(dice, thrown.source.known.format) : dice.NextHostileWord();
     if (operation == Operation::FillRect && dice.OneIn(4)) thrown.color |= 0xFF000000;
-    thrown.renderState = dice.Of<unsigned>({OB_NONE, OB_NONE, OB_NONE, OB_NEON, OB_NEON, OB_NEON, OB_NEON, OB_NEON, 2});
-    thrown.locked      = !dice.OneIn(64);
-    thrown.swapped     = dice.OneIn(8);
+    ThrowTarget(dice, thrown);
     return thrown;
 }
 

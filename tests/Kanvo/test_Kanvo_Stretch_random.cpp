@@ -148,9 +148,7 @@ Case ThrowCase(std::uint64_t seed, Operation operation)
     thrown.keyed = operation == Operation::Stretch && (thrown.flags & BLIT_COLORKEY) != 0;
     thrown.color =
         operation == Operation::Stretch ? support::ThrowKey(dice, thrown.source.known.format) : dice.NextHostileWord();
-    thrown.renderState = dice.Of<unsigned>({OB_NONE, OB_NONE, OB_NEON, OB_NEON, OB_NEON, OB_NEON, 2});
-    thrown.locked      = !dice.OneIn(64);
-    thrown.swapped     = dice.OneIn(8);
+    ThrowTarget(dice, thrown);
     return thrown;
 }
 

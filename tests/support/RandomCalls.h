@@ -95,6 +95,14 @@ inline void ThrowPictures(Dice& dice, RandomCall& thrown, Known source)
     thrown.clip = ThrowAnyClip(dice, thrown.target);
 }
 
+//! How the target stands; 2 is no setting of OPTIMIZED_BLIT.
+inline void ThrowTarget(Dice& dice, RandomCall& thrown)
+{
+    thrown.renderState = dice.Of<unsigned>({OB_NONE, OB_NONE, OB_NONE, OB_NEON, OB_NEON, OB_NEON, OB_NEON, 2});
+    thrown.locked      = !dice.OneIn(64);
+    thrown.swapped     = dice.OneIn(8);
+}
+
 //! "flags 40000, alpha 255, key 00FF00FF, OPTIMIZED_BLIT 1, not locked; source ...; map ...; target ..., clip none: ".
 inline std::string DescribedCall(const RandomCall& thrown)
 {
