@@ -21,24 +21,18 @@
 #include "Levels.h"
 #include "NaiveMix.h"
 #include "neonloops.h"
+#include "RandomRows.h"
 #include "Reference_Blit.h"
+#include "Speed.h"
 #include "Sweep.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define KANVO_TEST_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer) || __has_feature(undefined_behavior_sanitizer)
-#define KANVO_TEST_SANITIZED 1
-#endif
-#endif
-#ifndef KANVO_TEST_SANITIZED
-#define KANVO_TEST_SANITIZED 0
-#endif
 
 namespace
 {
 
+using support::Arena;
+using support::Content;
 using support::Dice;
+using support::Lies;
 
 //! Arguments of any row function and any loop; each takes those it has.
 struct Arguments
@@ -53,6 +47,7 @@ struct Arguments
     std::uint32_t       height    = 1;
     std::uint32_t       color     = 0;
     std::uint8_t        alpha     = 0;
+    Tov_Bool*           answer    = nullptr;  // of a function that draws nothing
 
     Kanvo_OffsetARGB32       Dst() const { return reinterpret_cast<Kanvo_OffsetARGB32>(dst); }
     const Kanvo_PixelARGB32* Argb32() const { return reinterpret_cast<const Kanvo_PixelARGB32*>(src); }
@@ -77,7 +72,8 @@ struct Function
     std::uint32_t sourceBytes;  // of one pixel, 0 where there is no source
     bool          hasMask;
     void (*run)(const Arguments& with);
-    std::uint32_t (*expect)(const PixelInput& with);
+    std::uint32_t (*expect)(const PixelInput& with);  // null where nothing is drawn, or others look at it
+    std::uint32_t targetBytes = 4;                    // of one pixel, 0 where nothing is drawn
 
     friend std::ostream& operator<<(std::ostream& stream, const Function& function) { return stream << function.name; }
 };
@@ -85,6 +81,17 @@ struct Function
 std::uint32_t Color565(const PixelInput& with)
 {
     return reference::WordOfRgb565(with.source);
+}
+
+std::uint32_t StoredMask565(const PixelInput& with)
+{
+    const auto alpha = static_cast<std::uint32_t>(with.mask);
+    return alpha == 0 ? with.under : Color565(with) % 0x1000000U + alpha * 0x1000000U;
+}
+
+std::uint32_t BlendedMask565(const PixelInput& with)
+{
+    return support::MixLinear(with.under, Color565(with), support::MulByte(with.mask, with.alpha));
 }
 
 using With = const Arguments&;
@@ -129,12 +136,9 @@ const Function FUNCTIONS[] = {
     {"Over565", true, 2, false, [](With w) { g_Kanvo_pkRows->pfnOver565(w.Dst(), w.Rgb565(), w.width, w.alpha); },
      [](From f) { return support::MixLinearSrcAlpha(f.under, Color565(f), f.alpha); }},
     {"StoreMask565", true, 2, true,
-     [](With w) { g_Kanvo_pkRows->pfnStoreMask565(w.Dst(), w.Rgb565(), w.mask, w.width); },
-     [](From f)
-     { return f.mask == 0 ? f.under : Color565(f) % 0x1000000U + static_cast<unsigned>(f.mask) * 0x1000000U; }},
+     [](With w) { g_Kanvo_pkRows->pfnStoreMask565(w.Dst(), w.Rgb565(), w.mask, w.width); }, StoredMask565},
     {"BlendMask565", true, 2, true,
-     [](With w) { g_Kanvo_pkRows->pfnBlendMask565(w.Dst(), w.Rgb565(), w.mask, w.width, w.alpha); },
-     [](From f) { return support::MixLinear(f.under, Color565(f), support::MulByte(f.mask, f.alpha)); }},
+     [](With w) { g_Kanvo_pkRows->pfnBlendMask565(w.Dst(), w.Rgb565(), w.mask, w.width, w.alpha); }, BlendedMask565},
     {"BlendMask", true, 4, true,
      [](With w) { g_Kanvo_pkRows->pfnBlendMask(w.Dst(), w.Argb32(), w.mask, w.width, w.alpha); },
      [](From f) { return support::MixLinear(f.under, f.source, support::MulByte(f.mask, f.alpha)); }},
@@ -143,6 +147,10 @@ const Function FUNCTIONS[] = {
     {"ColorMask", true, 0, true,
      [](With w) { g_Kanvo_pkRows->pfnColorMask(w.Dst(), w.mask, w.width, w.color, w.alpha); },
      [](From f) { return support::BlitMixLinear(f.under, f.color, support::MulByte(f.mask, f.alpha)); }},
+    {"TakeAlpha", true, 4, false, [](With w) { g_Kanvo_pkRows->pfnTakeAlpha(w.dst, w.Argb32(), w.width); },
+     [](From f) { return f.source >> 24; }, 1},
+    {"IsOpaque", true, 4, false, [](With w) { *w.answer = g_Kanvo_pkRows->pfnIsOpaque(w.Argb32(), w.width); }, nullptr,
+     0},
 
     {"neonloops_fill_argb32", false, 0, false,
      [](With w) { neonloops_fill_argb32(w.Dst(), w.dstPitch, w.color, w.width, w.height); }, nullptr},
@@ -181,99 +189,52 @@ const Function FUNCTIONS[] = {
          neonloops_blit_argb32_rgb565a8(w.Dst(), w.Rgb565(), w.mask, w.dstPitch, w.srcPitch, w.maskPitch, w.width,
                                         w.height);
      },
-     nullptr},
+     StoredMask565},
     {"neonloops_blit_argb32_rgb565a8_as", false, 2, true,
      [](With w)
      {
          neonloops_blit_argb32_rgb565a8_as(w.Dst(), w.Rgb565(), w.mask, w.dstPitch, w.srcPitch, w.maskPitch, w.width,
                                            w.height);
      },
-     nullptr},
+     [](From f) { return support::MixLinear(f.under, Color565(f), f.mask); }},
     {"neonloops_blit_argb32_rgb565a8_as_ag", false, 2, true,
      [](With w)
      {
          neonloops_blit_argb32_rgb565a8_as_ag(w.Dst(), w.Rgb565(), w.mask, w.dstPitch, w.srcPitch, w.maskPitch, w.width,
                                               w.height, w.alpha);
      },
-     nullptr},
+     BlendedMask565},
 };
 
-std::vector<Function> RowFunctions()
+//! Those that test_neonloops.cpp does not hold to naive blends.
+std::vector<Function> NaiveFunctions()
 {
-    std::vector<Function> rows;
-    std::copy_if(std::begin(FUNCTIONS), std::end(FUNCTIONS), std::back_inserter(rows),
-                 [](const Function& function) { return function.isRow; });
-    return rows;
+    std::vector<Function> all;
+    std::copy_if(std::begin(FUNCTIONS), std::end(FUNCTIONS), std::back_inserter(all),
+                 [](const Function& function) { return function.expect != nullptr; });
+    return all;
 }
 
-//! Memory between two fences, out of which rows are cut.
-class Arena
+//! A pixel of the target.
+std::uint32_t ReadPixel(const Function& function, const std::uint8_t* at)
 {
-public:
-    static constexpr std::size_t BYTES = 65536;
-
-    //! Flush with the front fence, flush with the back fence, or somewhere between them.
-    std::uint8_t* Place(std::size_t bytes, std::size_t step, Dice& dice)
-    {
-        const unsigned where = dice.Below(3);
-        if (where == 0) return Begin();
-        if (where == 1) return End() - bytes;
-        return Begin() + 256 + dice.Below(64) * step;
-    }
-    std::uint8_t* Begin() { return m_fence.Data(); }
-    std::uint8_t* End() { return m_fence.Data() + BYTES; }
-
-private:
-    support::Fence m_fence{BYTES};
-};
-
-//! What pixels are like: the shortcuts of a body are taken where neighbours are alike.
-enum class Content
-{
-    Random,
-    Hostile,  // bytes of 0 and 255 as often as others
-    Runs      // alpha of 0, 255 or any, constant over stretches
-};
-
-void FillPixels(std::uint8_t* at, std::size_t count, Content content, Dice& dice)
-{
-    if (content == Content::Random)
-    {
-        dice.Fill(at, count);
-        return;
-    }
-    std::size_t   left = 0;
-    std::uint32_t keep = 0xFFFFFFFFU, set = 0;
-    for (std::size_t index = 0; index < count; index += 4)
-    {
-        std::uint32_t word = dice.NextHostileWord();
-        if (content == Content::Runs)
-        {
-            if (left-- == 0)
-            {
-                left                = dice.Below(70);
-                const unsigned kind = dice.Below(4);
-                keep                = kind < 3 ? 0x00FFFFFFU : 0xFFFFFFFFU;
-                set                 = kind < 2 ? 0xFF000000U : 0;
-            }
-            word = (word & keep) | set;
-        }
-        std::memcpy(at + index, &word, std::min<std::size_t>(4, count - index));
-    }
+    std::uint32_t pixel = *at;
+    if (function.targetBytes == 4) std::memcpy(&pixel, at, 4);
+    return pixel;
 }
 
-void FillCoverage(std::uint8_t* at, std::size_t count, Content content, Dice& dice)
+//! Draws one row pixel by pixel as expected, each read after the one before it was written. dst: in place of with.dst.
+void DrawExpected(const Function& function, const Arguments& with, std::uint8_t* dst)
 {
-    std::size_t left = 0;
-    unsigned    kind = 0;
-    for (std::size_t index = 0; index < count; ++index)
+    for (std::uint32_t x = 0; x < with.width; ++x, dst += function.targetBytes)
     {
-        if (left-- == 0)
-        {
-            left = content == Content::Runs ? dice.Below(50) : 0;
-            kind = dice.Below(content == Content::Random ? 1 : 4);
-        }
-        at[index] = kind == 1 ? 0 : kind == 2 ? 255 : dice.NextByte();
+        PixelInput input{ReadPixel(function, dst), 0, with.color, function.hasMask ? with.mask[x] : 0, with.alpha};
+        std::memcpy(&input.source, with.src + x * function.sourceBytes, function.sourceBytes);
+        const std::uint32_t pixel = function.expect(input);
+        if (function.targetBytes == 4)
+            std::memcpy(dst, &pixel, 4);
+        else
+            *dst = static_cast<std::uint8_t>(pixel);
     }
 }
 
@@ -281,61 +242,57 @@ void FillCoverage(std::uint8_t* at, std::size_t count, Content content, Dice& di
 class TwinBench
 {
 public:
-    //! Empty where all is well, else the difference.
+    //! Empty where all is well, else the difference. Leaves the level in force.
     std::string Run(const Function& function, Kanvo_Level level, std::uint64_t seed)
     {
-        Dice       dice(seed);
-        const auto contents = {Content::Random, Content::Hostile, Content::Runs};
-        Arguments  with;
-        // short rows as often as long ones, and a few that take many turns
-        with.width = dice.Below(dice.OneIn(2) ? 40 : 130);
-        if (dice.OneIn(64)) with.width = dice.Below(1000);
+        Dice      dice(seed);
+        Tov_Bool  answer = false;
+        Arguments with;
+        with.width     = dice.Below(dice.OneIn(64) ? 1000 : 130);  // a few that take many turns
         with.height    = function.isRow ? 1 : dice.Below(4);
         with.color     = dice.NextHostileWord();
+        with.answer    = &answer;
         const auto any = dice.NextByte();
         with.alpha     = dice.Of<std::uint8_t>({0, 1, 2, 127, 128, 254, 255, 255, any, any, any});
 
-        const std::uint32_t pads   = dice.Of({0U, 1U, 3U, 16U});
-        with.dstPitch              = (with.width + pads) * 4;
-        with.srcPitch              = (with.width + dice.Of({0U, 1U, 2U, 17U})) * function.sourceBytes;
-        with.maskPitch             = with.width + dice.Of({0U, 1U, 2U, 17U});
-        const std::size_t dstBytes = support::Fence::BytesFor(with.width, with.height, with.dstPitch, 4);
-        const std::size_t srcBytes =
-            support::Fence::BytesFor(with.width, with.height, with.srcPitch, function.sourceBytes);
-        const std::size_t   maskBytes = support::Fence::BytesFor(with.width, with.height, with.maskPitch, 1);
-        std::uint8_t* const src       = m_src.Place(srcBytes, std::max(1U, function.sourceBytes), dice);
-        std::uint8_t* const mask      = m_mask.Place(maskBytes, 1, dice);
-        with.dst                      = m_dst.Place(dstBytes, 4, dice);
-        with.src                      = src;
-        with.mask                     = mask;
-
-        // some bytes around the target, as far as there are any
-        std::uint8_t* const from = std::max(m_dst.Begin(), with.dst - 64);
-        std::uint8_t* const to   = std::min(m_dst.End(), with.dst + dstBytes + 64);
-        FillPixels(from, static_cast<std::size_t>(to - from), dice.Of(contents), dice);
-        if (function.sourceBytes != 0) FillPixels(src, srcBytes, dice.Of(contents), dice);
-        if (function.hasMask) FillCoverage(mask, maskBytes, dice.Of(contents), dice);
-
-        m_before.assign(from, to);
-        m_expected.assign(from, to);
-        m_source.assign(src, src + (function.sourceBytes != 0 ? srcBytes : 0));
-        m_coverage.assign(mask, mask + (function.hasMask ? maskBytes : 0));
-        const std::size_t offset = static_cast<std::size_t>(with.dst - from);
+        with.dstPitch              = (with.width + dice.Of({0U, 1U, 3U, 16U})) * function.targetBytes;
+        const std::size_t dstBytes = BytesOf(with, with.dstPitch, function.targetBytes);
+        with.dst                   = m_dst.AnyPlace(dstBytes, std::max(1U, function.targetBytes), dice);
+        if (function.sourceBytes != 0)
         {
-            const support::AtLevel portable(KL_PORTABLE);
-            Arguments              twin = with;
-            twin.dst                    = m_expected.data() + offset;
-            function.run(twin);
+            with.srcPitch = (with.width + dice.Of({0U, 1U, 2U, 17U})) * function.sourceBytes;
+            m_source.Put(m_src, BytesOf(with, with.srcPitch, function.sourceBytes), function.sourceBytes, dice,
+                         [&](std::size_t bytes) { return m_stock.Pixels(bytes, dice); });
+            with.src = m_source.at;
         }
+        if (function.hasMask)
         {
-            const support::AtLevel fast(level);
-            function.run(with);
+            with.maskPitch = with.width + dice.Of({0U, 1U, 2U, 17U});
+            m_coverage.Put(m_mask, BytesOf(with, with.maskPitch, 1), 1, dice,
+                           [&](std::size_t bytes) { return m_stock.Coverage(bytes, dice); });
+            with.mask = m_coverage.at;
         }
-        if (!std::equal(m_source.begin(), m_source.end(), src)) return Described(function, with) + "the source changed";
-        if (!std::equal(m_coverage.begin(), m_coverage.end(), mask))
-            return Described(function, with) + "the mask changed";
-        if (std::memcmp(from, m_expected.data(), m_expected.size()) == 0) return {};
-        return Described(function, with) + FirstDifference(with, from, offset);
+        std::uint8_t* const from   = m_dst.Before(with.dst);
+        const auto          all    = static_cast<std::size_t>(m_dst.Behind(with.dst + dstBytes) - from);
+        const auto          offset = static_cast<std::size_t>(with.dst - from);
+        m_before                   = m_stock.Pixels(all, dice);
+        std::memcpy(from, m_before, all);
+        std::memcpy(m_expected.data(), m_before, all);
+
+        Tov_Bool  expected = false;
+        Arguments twin     = with;
+        twin.dst           = m_expected.data() + offset;
+        twin.answer        = &expected;
+        Kanvo_SelectRows(KL_PORTABLE);
+        function.run(twin);
+        Kanvo_SelectRows(level);
+        function.run(with);
+
+        if (function.sourceBytes != 0 && m_source.Changed()) return Described(function, with) + "the source changed";
+        if (function.hasMask && m_coverage.Changed()) return Described(function, with) + "the mask changed";
+        if (answer != expected) return Described(function, with) + "another answer";
+        if (std::memcmp(from, m_expected.data(), all) == 0) return {};
+        return Described(function, with) + FirstDifference(with, from, all, offset);
     }
 
 private:
@@ -348,7 +305,8 @@ private:
         return text;
     }
 
-    std::string FirstDifference(const Arguments& with, const std::uint8_t* from, std::size_t offset) const
+    std::string FirstDifference(const Arguments& with, const std::uint8_t* from, std::size_t all,
+                                std::size_t offset) const
     {
         std::size_t index = 0;
         while (from[index] == m_expected[index]) ++index;
@@ -356,22 +314,46 @@ private:
         const auto          distance = static_cast<std::ptrdiff_t>(index) - static_cast<std::ptrdiff_t>(offset);
         const std::size_t   begin = distance < 0 ? index / 4 * 4 : offset + static_cast<std::size_t>(distance) / 4 * 4;
         std::uint32_t       words[3] = {};
-        const std::uint8_t* sides[]  = {m_before.data(), m_expected.data(), from};
+        const std::uint8_t* sides[]  = {m_before, m_expected.data(), from};
         for (int side = 0; side < 3; ++side)
-            std::memcpy(&words[side], sides[side] + begin, std::min<std::size_t>(4, m_expected.size() - begin));
+            std::memcpy(&words[side], sides[side] + begin, std::min<std::size_t>(4, all - begin));
         char text[160];
         std::snprintf(text, sizeof text, "byte %td of the target, pitch %u: %08X became %08X, expected %08X", distance,
                       with.dstPitch, words[0], words[2], words[1]);
         return text;
     }
 
+    static std::size_t BytesOf(const Arguments& with, std::size_t pitch, std::size_t pixelBytes)
+    {
+        return support::Fence::BytesFor(with.width, with.height, pitch, pixelBytes);
+    }
+
+    //! Something to read: what it was copied from, and where to.
+    struct Given
+    {
+        const std::uint8_t* from  = nullptr;
+        std::uint8_t*       at    = nullptr;
+        std::size_t         bytes = 0;
+
+        template <class Cut>
+        void Put(Arena& arena, std::size_t count, std::size_t step, Dice& dice, Cut cut)
+        {
+            bytes = count;
+            from  = cut(bytes);
+            at    = arena.AnyPlace(bytes, step, dice);
+            arena.Put(at, from, bytes);
+        }
+        bool Changed() const { return std::memcmp(at, from, bytes) != 0; }
+    };
+
+    support::Stock            m_stock;
     Arena                     m_dst;
     Arena                     m_src;
     Arena                     m_mask;
-    std::vector<std::uint8_t> m_before;
-    std::vector<std::uint8_t> m_expected;
-    std::vector<std::uint8_t> m_source;
-    std::vector<std::uint8_t> m_coverage;
+    Given                     m_source;
+    Given                     m_coverage;
+    const std::uint8_t*       m_before   = nullptr;
+    std::vector<std::uint8_t> m_expected = std::vector<std::uint8_t>(support::Stock::BYTES);
 };
 
 using FunctionAtLevel = testing::TestWithParam<std::tuple<Kanvo_Level, Function>>;
@@ -383,7 +365,7 @@ protected:
     static Kanvo_Level     Level() { return std::get<Kanvo_Level>(GetParam()); }
 };
 
-//! The row functions alone, at every level.
+//! The row functions, and loops, at every level.
 class RowsNaive : public Rows
 {
 };
@@ -400,17 +382,19 @@ INSTANTIATE_TEST_SUITE_P(All, Rows,
                          testing::Combine(testing::ValuesIn(support::FastLevelsHere()), testing::ValuesIn(FUNCTIONS)),
                          NameOf);
 INSTANTIATE_TEST_SUITE_P(All, RowsNaive,
-                         testing::Combine(testing::ValuesIn(support::LevelsHere()), testing::ValuesIn(RowFunctions())),
+                         testing::Combine(testing::ValuesIn(support::LevelsHere()),
+                                          testing::ValuesIn(NaiveFunctions())),
                          NameOf);
 
 // ---- against the portable bodies ------------------------------------------------------------------------------------
 
 TEST_P(Rows, RandomRowsAreThoseOfThePortableBody)
 {
-    // Over all functions two million cases, each to be replayed by its seed as in Dice.h.
-    const support::Seeds seeds(KANVO_TEST_SANITIZED ? 10000 : 2000000 / std::size(FUNCTIONS) + 1);
-    TwinBench            bench;
-    support::CrashNote   note(Of().name);
+    // Each to be replayed by its seed as in Dice.h.
+    const support::AtLevel level(Level());
+    const support::Seeds   seeds(support::CasesOf(2000000));
+    TwinBench              bench;
+    support::CrashNote     note(Of().name);
     for (std::uint64_t index = 0; index < seeds.count; ++index)
     {
         note.InCase(seeds.first + index);
@@ -427,47 +411,54 @@ TEST_P(RowsNaive, EveryWidthAtEveryAlignmentBetweenFences)
     const support::AtLevel level(Level());
     Dice                   dice(5);
     support::CrashNote     note(function.name);
+    const support::Stock   stock;
+    Arena                  targets, sources, masks;
+    const auto             targetPlaces = support::EveryPosition(function.targetBytes);
+    const auto             sourcePlaces = support::EveryPosition(std::max(1U, function.sourceBytes));
+    const auto             maskPlaces   = support::EveryPosition(1);
+    const auto             readPlaces   = std::max<std::size_t>(function.sourceBytes != 0 ? sourcePlaces.size() : 1,
+                                                  function.hasMask ? maskPlaces.size() : 1);
     for (std::uint32_t width = 0; width <= 129; ++width)
     {
         note.InCase(width);
-        // all three flush with the same fence, then with the other one, or apart from it by all residues of 16 and more
-        for (unsigned turn = 0; turn < 2 + 16; ++turn)
+        const std::size_t dstBytes = width * function.targetBytes, srcBytes = width * function.sourceBytes;
+        Arguments         with;
+        with.width = width;
+        with.color = dice.NextHostileWord();
+        with.alpha = dice.NextByte();
+        with.src   = stock.Pixels(srcBytes, dice);
+        with.mask  = stock.Coverage(width, dice);
+
+        const std::uint8_t* const before = stock.Pixels(64 + dstBytes + 64, dice);
+        std::vector<std::uint8_t> expected(before, before + 64 + dstBytes + 64);
+        DrawExpected(function, with, &expected[64]);
+        for (const auto& [dstLies, dstOffset] : targetPlaces)
         {
-            const auto     end = turn % 2 == 0 ? support::Against::BackFence : support::Against::FrontFence;
-            const unsigned gap = turn < 2 ? 0 : turn - 2;
-            // every gap against every other one in the course of the widths
-            const unsigned gaps[] = {gap, gap == 0 ? 0 : (gap * 7 + width) % 16,
-                                     gap == 0 ? 0 : (gap * 5 + width / 3) % 16};
-            support::Fence dst((width + gaps[0]) * 4, end);
-            support::Fence src((width + gaps[1]) * function.sourceBytes, end);
-            support::Fence mask(function.hasMask ? width + gaps[2] : 0, end);
-            const auto behind = [&](unsigned which) { return end == support::Against::FrontFence ? gaps[which] : 0; };
-
-            Arguments with;
-            with.width = width;
-            with.dst   = dst.Data() + behind(0) * 4;
-            with.src   = src.Data() + behind(1) * function.sourceBytes;
-            with.mask  = mask.Data() + (function.hasMask ? behind(2) : 0);
-            with.color = dice.NextHostileWord();
-            with.alpha = dice.NextByte();
-            FillPixels(dst.Data(), dst.Size(), dice.OneIn(2) ? Content::Runs : Content::Hostile, dice);
-            FillPixels(src.Data(), src.Size(), Content::Hostile, dice);
-            FillCoverage(mask.Data(), mask.Size(), Content::Hostile, dice);
-
-            std::vector<std::uint8_t> expected(dst.Data(), dst.Data() + dst.Size());
-            for (std::uint32_t x = 0; x < width; ++x)
+            std::uint8_t* const       dst  = targets.Place(dstLies, dstBytes, dstOffset);
+            std::uint8_t* const       from = targets.Before(dst);
+            const std::size_t         head = static_cast<std::size_t>(dst - from);
+            const std::size_t         all  = static_cast<std::size_t>(targets.Behind(dst + dstBytes) - from);
+            const std::uint8_t* const as   = &expected[64 - head];
+            // each place of the target with each of the source and each of the mask
+            for (std::size_t read = 0; read < readPlaces; ++read)
             {
-                PixelInput input{0, 0, with.color, function.hasMask ? with.mask[x] : 0, with.alpha};
-                std::memcpy(&input.under, with.dst + x * 4, 4);
-                std::memcpy(&input.source, with.src + x * function.sourceBytes, function.sourceBytes);
-                const std::uint32_t word = function.expect(input);
-                std::memcpy(&expected[static_cast<std::size_t>(with.dst - dst.Data()) + x * 4], &word, 4);
+                const auto& [srcLies, srcOffset]   = sourcePlaces[(read + width) % sourcePlaces.size()];
+                const auto& [maskLies, maskOffset] = maskPlaces[read % maskPlaces.size()];
+                std::uint8_t* const src            = sources.Place(srcLies, srcBytes, srcOffset);
+                std::uint8_t* const mask           = masks.Place(maskLies, width, maskOffset);
+                sources.Put(src, with.src, srcBytes);
+                masks.Put(mask, with.mask, width);
+                std::memcpy(from, before + 64 - head, all);
+                Arguments placed = with;
+                placed.dst       = dst;
+                placed.src       = src;
+                placed.mask      = mask;
+                function.run(placed);
+                ASSERT_EQ(std::memcmp(from, as, all), 0)
+                    << "width " << width << ", bytes from the fence in front " << dst - targets.Begin() << " "
+                    << src - sources.Begin() << " " << mask - masks.Begin() << ", alpha " << unsigned{with.alpha}
+                    << ", colour " << with.color;
             }
-            function.run(with);
-            ASSERT_TRUE(std::equal(expected.begin(), expected.end(), dst.Data()))
-                << "width " << width << ", gaps " << gaps[0] << " " << gaps[1] << " " << gaps[2] << ", alpha "
-                << unsigned{with.alpha} << ", colour " << with.color;
-            ASSERT_TRUE(dst.IsSlackUntouched());
         }
     }
 }
@@ -480,7 +471,7 @@ TEST_P(RowsNaive, ChannelTriplesOfEachPixelUnderEachOneAtEachAlpha)
     const Function&        function = Of();
     const support::AtLevel level(Level());
     const unsigned         rows = function.sourceBytes == 2 ? 64 : SIDE;  // 64 hold every value of an RGB565 channel
-    const unsigned         step = KANVO_TEST_SANITIZED ? 5 : 1;
+    const unsigned         step = support::Sanitized ? 5 : 1;
 
     std::vector<std::uint32_t> under(SIDE), target(SIDE), source(SIDE);
     std::vector<std::uint16_t> halves(SIDE);
@@ -516,9 +507,10 @@ TEST_P(RowsNaive, ChannelTriplesOfEachPixelUnderEachOneAtEachAlpha)
                 {
                     const std::uint32_t expected =
                         function.expect({under[x], stored, with.color, static_cast<int>(alpha), with.alpha});
-                    if (target[x] != expected)
+                    const std::uint32_t got = ReadPixel(function, with.dst + x * function.targetBytes);
+                    if (got != expected)
                         differences.Note("%s: %08X over %08X, alpha %u: expected %08X, got %08X", function.name, stored,
-                                         under[x], alpha, expected, target[x]);
+                                         under[x], alpha, expected, got);
                 }
             }
         }
@@ -547,22 +539,16 @@ TEST_P(RowsNaive, EachPixelIsReadAfterTheOneBeforeItWasWritten)
             std::memcpy(expected, memory, sizeof memory);
             const std::ptrdiff_t shared = ORIGIN + distance * static_cast<int>(maskShares ? 1 : step);
             Arguments            with;
-            with.width = WIDTH;
-            with.color = dice.NextHostileWord();
-            with.alpha = dice.NextByte();
-            with.dst   = memory + ORIGIN;
-            with.src   = maskShares ? apart : memory + shared;
-            with.mask  = maskShares ? memory + shared : apart + 512;
-            for (int x = 0; x < WIDTH; ++x)
-            {
-                const std::uint8_t* const src =
-                    (maskShares ? apart : expected + shared) + x * static_cast<int>(function.sourceBytes);
-                PixelInput input{0, 0, with.color, maskShares ? expected[shared + x] : apart[512 + x], with.alpha};
-                std::memcpy(&input.under, expected + ORIGIN + x * 4, 4);
-                std::memcpy(&input.source, src, function.sourceBytes);
-                const std::uint32_t word = function.expect(input);
-                std::memcpy(expected + ORIGIN + x * 4, &word, 4);
-            }
+            with.width     = WIDTH;
+            with.color     = dice.NextHostileWord();
+            with.alpha     = dice.NextByte();
+            with.dst       = memory + ORIGIN;
+            with.src       = maskShares ? apart : memory + shared;
+            with.mask      = maskShares ? memory + shared : apart + 512;
+            Arguments twin = with;  // the same in the copy
+            twin.src       = maskShares ? apart : expected + shared;
+            twin.mask      = maskShares ? expected + shared : apart + 512;
+            DrawExpected(function, twin, expected + ORIGIN);
             function.run(with);
             ASSERT_EQ(std::memcmp(memory, expected, sizeof memory), 0)
                 << "distance " << distance << (maskShares ? ", mask" : ", source") << ", alpha "
@@ -587,51 +573,9 @@ std::string NameOfLevel(const testing::TestParamInfo<Kanvo_Level>& info)
     return Kanvo_LevelName(info.param);
 }
 
-//! Both ways to lie against a fence, at a distance of every residue of 16.
-template <class Visit>
-void ForEachPlace(Visit visit)
-{
-    for (const auto end : {support::Against::BackFence, support::Against::FrontFence})
-    {
-        for (unsigned gap = 0; gap < 16; ++gap) visit(end, gap);
-    }
-}
-
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(All, RowsRead, testing::ValuesIn(support::LevelsHere()), NameOfLevel);
-
-TEST_P(RowsRead, TakeAlphaOfEveryWidthAtEveryAlignmentBetweenFences)
-{
-    Dice               dice(6);
-    support::CrashNote note("TakeAlpha");
-    for (std::uint32_t width = 0; width <= 129; ++width)
-    {
-        note.InCase(width);
-        ForEachPlace(
-            [&](support::Against end, unsigned gap)
-            {
-                const unsigned      srcGap = gap == 0 ? 0 : (gap * 7 + width) % 16;
-                const bool          front  = end == support::Against::FrontFence;
-                support::Fence      dst(width + gap, end), src((width + srcGap) * 4, end);
-                std::uint8_t* const to   = dst.Data() + (front ? gap : 0);
-                std::uint8_t* const from = src.Data() + (front ? srcGap * 4 : 0);
-                dice.Fill(dst.Data(), dst.Size());
-                FillPixels(src.Data(), src.Size(), Content::Hostile, dice);
-                std::vector<std::uint8_t> expected(dst.Data(), dst.Data() + dst.Size());
-                for (std::uint32_t x = 0; x < width; ++x)
-                {
-                    std::uint32_t word = 0;
-                    std::memcpy(&word, from + x * 4, 4);
-                    expected[static_cast<std::size_t>(to - dst.Data()) + x] = static_cast<std::uint8_t>(word >> 24);
-                }
-                g_Kanvo_pkRows->pfnTakeAlpha(to, reinterpret_cast<const Kanvo_PixelARGB32*>(from), width);
-                ASSERT_TRUE(std::equal(expected.begin(), expected.end(), dst.Data()))
-                    << "width " << width << ", gaps " << gap << " " << srcGap;
-                ASSERT_TRUE(dst.IsSlackUntouched());
-            });
-    }
-}
 
 TEST_P(RowsRead, TakeAlphaReadsEachPixelAfterTheByteBeforeItWasWritten)
 {
@@ -658,26 +602,27 @@ TEST_P(RowsRead, IsOpaqueFindsTheOnePixelThatIsNot)
 {
     Dice               dice(7);
     support::CrashNote note("IsOpaque");
+    Arena              arena;
     for (std::uint32_t width = 0; width <= 129; ++width)
     {
         note.InCase(width);
-        ForEachPlace(
-            [&](support::Against end, unsigned gap)
+        for (const auto& [lies, offset] : support::EveryPosition(4))
+        {
+            std::uint8_t* const at    = arena.Place(lies, width * 4, offset);
+            const auto* const   row   = reinterpret_cast<const Kanvo_PixelARGB32*>(at);
+            std::uint8_t* const from  = arena.Before(at);
+            std::uint8_t* const until = arena.Behind(at + width * 4);
+            const auto          keep  = [&](std::uint32_t x, std::uint8_t alpha) { at[x * 4 + 3] = alpha; };
+            dice.Fill(from, static_cast<std::size_t>(until - from));  // beside the row anything may lie
+            for (std::uint32_t x = 0; x < width; ++x) keep(x, 255);
+            ASSERT_TRUE(g_Kanvo_pkRows->pfnIsOpaque(row, width)) << "width " << width << ", offset " << offset;
+            for (std::uint32_t x = 0; x < width; ++x)
             {
-                support::Fence      fence((width + gap) * 4, end);
-                std::uint8_t* const at   = fence.Data() + (end == support::Against::FrontFence ? gap * 4 : 0);
-                const auto* const   row  = reinterpret_cast<const Kanvo_PixelARGB32*>(at);
-                const auto          keep = [&](std::uint32_t x, std::uint8_t alpha) { at[x * 4 + 3] = alpha; };
-                dice.Fill(fence.Data(), fence.Size());  // beside the row anything may lie
-                for (std::uint32_t x = 0; x < width; ++x) keep(x, 255);
-                ASSERT_TRUE(g_Kanvo_pkRows->pfnIsOpaque(row, width)) << "width " << width << ", gap " << gap;
-                for (std::uint32_t x = 0; x < width; ++x)
-                {
-                    keep(x, dice.Of<std::uint8_t>({0, 127, 254}));
-                    ASSERT_FALSE(g_Kanvo_pkRows->pfnIsOpaque(row, width)) << "width " << width << ", pixel " << x;
-                    keep(x, 255);
-                }
-            });
+                keep(x, dice.Of<std::uint8_t>({0, 127, 254}));
+                ASSERT_FALSE(g_Kanvo_pkRows->pfnIsOpaque(row, width)) << "width " << width << ", pixel " << x;
+                keep(x, 255);
+            }
+        }
     }
 }
 

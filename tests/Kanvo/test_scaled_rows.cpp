@@ -1,11 +1,11 @@
 // Tests of the rows of samples at every level of this machine: random lines through fenced pictures against the portable
-// bodies, and against the naive samples; every width with every alignment; and whole blits of a bitmap onto itself, whose
-// rows are longer than the strips that they are drawn in.
+// bodies, and against the naive samples; every width with every alignment; every mix of two bytes; and whole blits of a
+// bitmap onto itself, whose rows are longer than the strips that they are drawn in.
 #include "scaled_rows.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -16,130 +16,134 @@
 #include "CrashNote.h"
 #include "Dice.h"
 #include "Fence.h"
+#include "FencedPicture.h"
 #include "Levels.h"
+#include "NaiveMix.h"
+#include "RandomRows.h"
 #include "Reference_Sample.h"
 #include "Reference_Stretch.h"
+#include "Speed.h"
+#include "Sweep.h"
 
 namespace
 {
 
 using reference::Format;
+using support::Arena;
 using support::Dice;
+using support::Lies;
 
-//! A function of the table: of which format, and whether it filters.
+using Line = const Kanvo_SampleLine&;
+
+//! Which lines a function takes.
+enum class Lines
+{
+    Any,
+    OfOneRow,      // that do not leave it, and whose samples have no weight between rows
+    OfWholePixels  // one after the other, whose samples have no weight along the row
+};
+
+//! A function of the table: of which format, whether it filters, and what becomes of a naive sample.
 struct Function
 {
     const char* name;
     Format      format;
-    unsigned    bytes;  // of one pixel
     bool        filtered;
-    void (*run)(void* to, const Kanvo_SampleLine& line, Tov_UInt count, Tov_UInt bits);
-    //! What becomes of a naive sample.
-    std::uint32_t (*expect)(const reference::Sample& sample, Tov_UInt bits);
+    Lines       lines;
+    void (*run)(std::uint8_t* to, Line line, Tov_UInt count, Tov_UInt bits);
+    std::uint32_t (*expect)(const reference::Sample& sample, Tov_UInt bits) = [](const reference::Sample& sample,
+                                                                                 Tov_UInt) { return sample.stored; };
+
+    //! Of one pixel.
+    unsigned Bytes() const { return support::FencedPicture::BytesOf(format); }
+    //! Pixels beside each other, and above each other, that a sample is made of.
+    unsigned Across() const { return filtered && lines != Lines::OfWholePixels ? 2 : 1; }
+    unsigned Down() const { return filtered && lines != Lines::OfOneRow ? 2 : 1; }
 };
 
-std::uint32_t AsStored(const reference::Sample& sample, Tov_UInt /*bits*/)
+std::uint32_t KeptBits(const reference::Sample& sample, Tov_UInt bits)
 {
-    return sample.stored;
+    return sample.stored & bits;
 }
 
-//! Without a way to another row: where the lower row has no weight.
-Kanvo_SampleLine OnWholeRow(Kanvo_SampleLine line)
+template <class Pixel>
+void Call(void (*function)(Pixel*, Line, Tov_UInt), std::uint8_t* to, Line line, Tov_UInt count, Tov_UInt /*bits*/)
 {
-    line.uiY &= 0xFFFF0000U;
-    line.uiStepY = 0;
-    return line;
+    function(reinterpret_cast<Pixel*>(to), line, count);
 }
+
+template <class Pixel>
+void Call(void (*function)(Pixel*, Line, Tov_UInt, Tov_UInt), std::uint8_t* to, Line line, Tov_UInt count,
+          Tov_UInt bits)
+{
+    function(reinterpret_cast<Pixel*>(to), line, count, bits);
+}
+
+//! Calls a function of the level in force.
+template <auto MEMBER>
+void Run(std::uint8_t* to, Line line, Tov_UInt count, Tov_UInt bits)
+{
+    Call(g_Kanvo_pkScaledRows->*MEMBER, to, line, count, bits);
+}
+
+//! Mixes the row that the line begins in with the one below.
+void RunMixBetween(std::uint8_t* to, Line line, Tov_UInt count, Tov_UInt bits)
+{
+    const auto* const pixels = static_cast<const std::uint8_t*>(line.kSource.pBuffer);
+    const auto* const top    = pixels + (line.uiY >> 16) * line.kSource.uiPitch + (line.uiX >> 16) * 4;
+    g_Kanvo_pkScaledRows->pfnMixBetween(reinterpret_cast<Kanvo_PixelARGB32*>(to),
+                                        reinterpret_cast<const Kanvo_PixelARGB32*>(top),
+                                        reinterpret_cast<const Kanvo_PixelARGB32*>(top + line.kSource.uiPitch), count,
+                                        static_cast<Tov_UByte>(line.uiY >> 8), bits);
+}
+
+using Table = Kanvo_ScaledRowFunctions;
 
 const Function FUNCTIONS[] = {
-    {"NearestWords", Format::Argb32, 4, false,
-     [](void* to, const Kanvo_SampleLine& line, Tov_UInt count, Tov_UInt bits)
-     { g_Kanvo_pkScaledRows->pfnNearestWords(static_cast<Tov_UInt*>(to), line, count, bits); },
+    {"NearestWords", Format::Argb32, false, Lines::Any, Run<&Table::pfnNearestWords>,
      [](const reference::Sample& sample, Tov_UInt bits) { return sample.stored | bits; }},
-    {"FilterWords", Format::Argb32, 4, true,
-     [](void* to, const Kanvo_SampleLine& line, Tov_UInt count, Tov_UInt bits)
-     { g_Kanvo_pkScaledRows->pfnFilterWords(static_cast<Tov_UInt*>(to), line, count, bits); },
-     [](const reference::Sample& sample, Tov_UInt bits) { return sample.stored & bits; }},
-    {"Nearest565", Format::Rgb565, 2, false,
-     [](void* to, const Kanvo_SampleLine& line, Tov_UInt count, Tov_UInt)
-     { g_Kanvo_pkScaledRows->pfnNearest565(static_cast<Tov_UShort*>(to), line, count); },
-     AsStored},
-    {"Filter565", Format::Rgb565, 2, true,
-     [](void* to, const Kanvo_SampleLine& line, Tov_UInt count, Tov_UInt)
-     { g_Kanvo_pkScaledRows->pfnFilter565(static_cast<Tov_UShort*>(to), line, count); },
-     AsStored},
-    {"NearestA8", Format::A8, 1, false,
-     [](void* to, const Kanvo_SampleLine& line, Tov_UInt count, Tov_UInt)
-     { g_Kanvo_pkScaledRows->pfnNearestA8(static_cast<Tov_UByte*>(to), line, count); },
-     AsStored},
-    {"FilterA8", Format::A8, 1, true,
-     [](void* to, const Kanvo_SampleLine& line, Tov_UInt count, Tov_UInt)
-     { g_Kanvo_pkScaledRows->pfnFilterA8(static_cast<Tov_UByte*>(to), line, count); },
-     AsStored},
-    {"MixAlong", Format::Argb32, 4, true,
-     [](void* to, const Kanvo_SampleLine& line, Tov_UInt count, Tov_UInt)
-     { g_Kanvo_pkScaledRows->pfnMixAlong(static_cast<Tov_UInt*>(to), OnWholeRow(line), count); },
-     AsStored},
+    {"FilterWords", Format::Argb32, true, Lines::Any, Run<&Table::pfnFilterWords>, KeptBits},
+    {"Nearest565", Format::Rgb565, false, Lines::Any, Run<&Table::pfnNearest565>},
+    {"Filter565", Format::Rgb565, true, Lines::Any, Run<&Table::pfnFilter565>},
+    {"NearestA8", Format::A8, false, Lines::Any, Run<&Table::pfnNearestA8>},
+    {"FilterA8", Format::A8, true, Lines::Any, Run<&Table::pfnFilterA8>},
+    {"MixAlong", Format::Argb32, true, Lines::OfOneRow, Run<&Table::pfnMixAlong>},
+    {"MixBetween", Format::Argb32, true, Lines::OfWholePixels, RunMixBetween, KeptBits},
 };
 
-//! A picture between fences: behind its last pixel, or before its first one, nothing may be read.
-class FencedPicture
+//! A line that the function takes and whose samples lie inside. Of whole pixels there may be fewer than count.
+Kanvo_SampleLine AnyLine(const Function& function, support::FencedPicture& picture, unsigned& count, Dice& dice)
 {
-public:
-    FencedPicture(const Function& function, unsigned width, unsigned height, unsigned padding, support::Against end,
-                  Dice& dice)
-        : m_width(width),
-          m_height(height),
-          m_pitch((width + padding) * function.bytes),
-          m_format(function.format),
-          m_fence(support::Fence::BytesFor(width, height, m_pitch, function.bytes), end)
+    if (function.lines == Lines::OfWholePixels) count = std::min(count, picture.Width());
+    const auto axis = [&](unsigned length, bool moves)
     {
-        dice.Fill(m_fence.Data(), m_fence.Size());
-        m_fence.MakeReadOnly();
-    }
+        const unsigned end   = length << 16;
+        const unsigned first = dice.OneIn(4) ? 0 : dice.OneIn(4) ? end - 1 : dice.Below(end);
+        const unsigned last  = !moves ? first : dice.OneIn(4) ? end - 1 : dice.Below(end);
+        int            step  = count < 2 ? dice.Between(-70000, 70000)
+                                         : (static_cast<int>(last) - static_cast<int>(first)) / static_cast<int>(count - 1);
+        // steps of whole and half pixels, where they fit
+        const int  even = dice.Of({0x8000, 0x10000, 0x20000, 0x18000, 0x8001, 0x7FFF, 0x20001, -0x10000});
+        const auto far  = static_cast<std::int64_t>(first) + std::int64_t{even} * (count == 0 ? 0 : count - 1);
+        if (moves && dice.OneIn(3) && far >= 0 && far < end) step = even;
+        return std::pair<unsigned, int>(first, moves ? step : 0);
+    };
+    auto x = axis(picture.Width() + 1 - function.Across(), true);
+    auto y = axis(picture.Height() + 1 - function.Down(), function.lines == Lines::Any && dice.OneIn(2));
+    if (function.lines == Lines::OfOneRow) y.first &= 0xFFFF0000U;
+    if (function.lines == Lines::OfWholePixels)
+        x = {(dice.OneIn(3) ? picture.Width() - count : dice.Below(picture.Width() - count + 1)) << 16, 0x10000};
+    return {{picture.Data(), picture.Pitch()},
+            x.first,
+            y.first,
+            static_cast<Tov_UInt>(x.second),
+            static_cast<Tov_UInt>(y.second)};
+}
 
-    reference::Picture AsPicture() { return {m_format, m_width, m_height, m_pitch, m_fence.Data(), false}; }
-
-    Kanvo_SampleLine LineFrom(unsigned x, unsigned y, int stepX, int stepY)
-    {
-        return {{m_fence.Data(), m_pitch}, x, y, static_cast<Tov_UInt>(stepX), static_cast<Tov_UInt>(stepY)};
-    }
-
-    //! A line whose samples, and blocks where it is filtered, lie inside.
-    Kanvo_SampleLine AnyLine(unsigned count, bool filtered, Dice& dice)
-    {
-        const unsigned edge = filtered ? 1 : 0;
-        const auto     axis = [&](unsigned length, bool moves)
-        {
-            const unsigned end   = (length - edge) << 16;
-            const unsigned first = dice.OneIn(4) ? 0 : dice.Below(end);
-            const unsigned last  = !moves ? first : dice.OneIn(4) ? end - 1 : dice.Below(end);
-            int            step  = count < 2 ? dice.Between(-70000, 70000)
-                                             : (static_cast<int>(last) - static_cast<int>(first)) / static_cast<int>(count - 1);
-            // steps of whole and half pixels, where they fit
-            const int  even = dice.Of({0x8000, 0x10000, 0x20000, 0x18000, 0x8001, 0x7FFF, 0x20001, -0x10000});
-            const auto far  = static_cast<std::int64_t>(first) + std::int64_t{even} * (count - 1);
-            if (moves && dice.OneIn(3) && far >= 0 && far < end) step = even;
-            return std::pair<unsigned, int>(first, moves ? step : 0);
-        };
-        const auto x = axis(m_width, true);
-        const auto y = axis(m_height, dice.OneIn(2));
-        return LineFrom(x.first, y.first, x.second, y.second);
-    }
-
-private:
-    unsigned       m_width;
-    unsigned       m_height;
-    unsigned       m_pitch;
-    Format         m_format;
-    support::Fence m_fence;
-};
-
-std::unique_ptr<FencedPicture> AnyPicture(const Function& function, Dice& dice)
+//! One that is wide where the line cannot be bent to it.
+support::FencedPicture& AnyPicture(const Function& function, support::FencedPictures& pictures, Dice& dice)
 {
-    return std::make_unique<FencedPicture>(function, 2 + dice.Below(dice.OneIn(2) ? 12 : 200), 2 + dice.Below(9),
-                                           dice.Of({0U, 0U, 1U, 5U}),
-                                           dice.Of({support::Against::BackFence, support::Against::FrontFence}), dice);
+    return function.lines == Lines::OfWholePixels ? pictures.AnyWide(dice) : pictures.Any(dice);
 }
 
 Tov_UInt AnyBits(Dice& dice)
@@ -160,12 +164,18 @@ std::vector<std::uint8_t> Naive(const Function& function, const reference::Pictu
                                 unsigned count, Tov_UInt bits)
 {
     std::vector<std::uint8_t> bytes;
-    if (std::string(function.name) == "MixAlong") line = OnWholeRow(line);
     for (unsigned index = 0; index < count; ++index, line.Advance(1))
     {
-        const reference::Sample sample = reference::SampleAt(picture, line.uiX, line.uiY, function.filtered);
-        const std::uint32_t     value  = function.expect(sample, bits);
-        for (unsigned byte = 0; byte < function.bytes; ++byte)
+        const std::int64_t x = line.uiX >> 16, y = line.uiY >> 16;
+        // no pixel is looked at that the function may not look at
+        const std::int64_t      right = x + function.Across() - 1, below = y + function.Down() - 1;
+        const reference::Block  block{reference::PixelAt(picture, x, y), reference::PixelAt(picture, right, y),
+                                     reference::PixelAt(picture, x, below), reference::PixelAt(picture, right, below)};
+        const reference::Sample sample =
+            !function.filtered ? block[0]
+                               : reference::MixOf(block, reference::WeightOf(line.uiX), reference::WeightOf(line.uiY));
+        const std::uint32_t value = function.expect(sample, bits);
+        for (unsigned byte = 0; byte < function.Bytes(); ++byte)
             bytes.push_back(static_cast<std::uint8_t>(value >> (8 * byte)));
     }
     return bytes;
@@ -190,135 +200,177 @@ class ScaledRowsFast : public ScaledRows
 {
 };
 
+class ScaledRowsBetween : public testing::TestWithParam<Kanvo_Level>
+{
+};
+
 }  // namespace
 
 INSTANTIATE_TEST_SUITE_P(All, ScaledRows,
                          testing::Combine(testing::ValuesIn(support::LevelsHere()), testing::ValuesIn(FUNCTIONS)),
                          NameOf);
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ScaledRowsFast);
+INSTANTIATE_TEST_SUITE_P(All, ScaledRowsBetween, testing::ValuesIn(support::LevelsHere()),
+                         [](const auto& tested) { return std::string(Kanvo_LevelName(tested.param)); });
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ScaledRowsFast);  // on a machine that has the portable level only
 INSTANTIATE_TEST_SUITE_P(All, ScaledRowsFast,
                          testing::Combine(testing::ValuesIn(support::FastLevelsHere()), testing::ValuesIn(FUNCTIONS)),
                          NameOf);
 
 TEST_P(ScaledRowsFast, RandomLinesAreThoseOfThePortableBody)
 {
-    // Over all functions two million lines, a hundred through each picture.
-    const Function&      function = Of();
-    const support::Seeds seeds(2000000 / std::size(FUNCTIONS) / 100 + 1);
-    support::CrashNote   note(function.name);
-    support::Fence       row(260 * function.bytes, support::Against::BackFence);
+    // Each to be replayed by its seed as in Dice.h.
+    const Function&         function = Of();
+    const support::AtLevel  level(Level());
+    const support::Seeds    seeds(support::CasesOf(2000000));
+    support::CrashNote      note(function.name);
+    support::FencedPictures pictures(function.format);
+    Arena                   arena;
+    const support::Stock    stock;
     for (std::uint64_t index = 0; index < seeds.count; ++index)
     {
         note.InCase(seeds.first + index);
-        Dice                           dice(seeds.first + index);
-        std::unique_ptr<FencedPicture> picture = AnyPicture(function, dice);
-        for (int turn = 0; turn < 100; ++turn)
-        {
-            const unsigned          count = 1 + dice.Below(dice.OneIn(8) ? 200 : 30);
-            const Kanvo_SampleLine  line  = picture->AnyLine(count, function.filtered, dice);
-            const Tov_UInt          bits  = AnyBits(dice);
-            alignas(8) std::uint8_t expected[260 * 4];
-            const std::size_t       size = row.Size();
-            std::uint8_t* const     to   = row.Data() + size - count * function.bytes;
-            std::memset(row.Data(), 0x5A, size);
-            std::memset(expected, 0x5A, size);
-            {
-                const support::AtLevel portable(KL_PORTABLE);
-                function.run(expected + size - count * function.bytes, line, count, bits);
-            }
-            {
-                const support::AtLevel fast(Level());
-                function.run(to, line, count, bits);
-            }
-            ASSERT_EQ(std::memcmp(expected, row.Data(), size), 0)
-                << "seed " << seeds.first + index << ", turn " << turn << ": " << Described(line, count);
-        }
+        Dice                   dice(seeds.first + index);
+        unsigned               count  = dice.Below(dice.OneIn(64) ? 1000 : 130);
+        const Kanvo_SampleLine line   = AnyLine(function, AnyPicture(function, pictures, dice), count, dice);
+        const Tov_UInt         bits   = AnyBits(dice);
+        const std::size_t      bytes  = count * function.Bytes();
+        std::uint8_t* const    to     = arena.AnyPlace(bytes, function.Bytes(), dice);
+        std::uint8_t* const    from   = arena.Before(to);
+        const auto             before = static_cast<std::size_t>(to - from);
+        const auto             all    = static_cast<std::size_t>(arena.Behind(to + bytes) - from);
+
+        alignas(64) std::uint8_t  expected[64 + 1000 * 4 + 64];
+        const std::uint8_t* const was = stock.Pixels(all, dice);
+        std::memcpy(from, was, all);
+        std::memcpy(expected, was, all);
+        Kanvo_SelectRows(KL_PORTABLE);
+        function.run(expected + before, line, count, bits);
+        Kanvo_SelectRows(Level());
+        function.run(to, line, count, bits);
+        ASSERT_EQ(std::memcmp(expected, from, all), 0)
+            << "seed " << seeds.first + index << ": " << Described(line, count);
     }
 }
 
 TEST_P(ScaledRows, RandomLinesAreThoseOfTheNaiveSamples)
 {
-    const Function&        function = Of();
-    const support::AtLevel level(Level());
-    const support::Seeds   seeds(200);
+    const Function&         function = Of();
+    const support::AtLevel  level(Level());
+    const support::Seeds    seeds(10000);
+    support::CrashNote      note(function.name);
+    support::FencedPictures pictures(function.format);
     for (std::uint64_t index = 0; index < seeds.count; ++index)
     {
-        Dice                           dice(seeds.first + index);
-        std::unique_ptr<FencedPicture> picture = AnyPicture(function, dice);
-        for (int turn = 0; turn < 50; ++turn)
-        {
-            const unsigned            count = 1 + dice.Below(60);
-            const Kanvo_SampleLine    line  = picture->AnyLine(count, function.filtered, dice);
-            const Tov_UInt            bits  = AnyBits(dice);
-            std::vector<std::uint8_t> drawn(count * function.bytes);
-            function.run(drawn.data(), line, count, bits);
-            ASSERT_EQ(drawn, Naive(function, picture->AsPicture(), line, count, bits))
-                << "seed " << seeds.first + index << ", turn " << turn << ": " << Described(line, count);
-        }
+        note.InCase(seeds.first + index);
+        Dice                      dice(seeds.first + index);
+        support::FencedPicture&   picture = AnyPicture(function, pictures, dice);
+        unsigned                  count   = dice.Below(130);
+        const Kanvo_SampleLine    line    = AnyLine(function, picture, count, dice);
+        const Tov_UInt            bits    = AnyBits(dice);
+        std::vector<std::uint8_t> drawn(count * function.Bytes());
+        function.run(drawn.data(), line, count, bits);
+        ASSERT_EQ(drawn, Naive(function, picture.AsPicture(), line, count, bits))
+            << "seed " << seeds.first + index << ": " << Described(line, count);
     }
 }
 
 TEST_P(ScaledRows, EveryWidthAtEveryAlignmentBetweenFences)
 {
+    // A line at a step: the picture is as wide and as high as the samples need it, and not a pixel more.
+    struct Task
+    {
+        std::vector<std::uint8_t> pixels;
+        Kanvo_SampleLine          line;
+        std::vector<std::uint8_t> expected;
+    };
     const Function&        function = Of();
     const support::AtLevel level(Level());
     Dice                   dice(3);
+    support::CrashNote     note(function.name);
+    Arena                  sources, targets;
+    const support::Stock   stock;
+    const auto             places = support::EveryPosition(function.Bytes());
+    constexpr Tov_UInt     BITS   = 0xFF00FF00U;
     for (unsigned count = 0; count <= 129; ++count)
     {
-        for (const unsigned step : {0x5555U, 0x8000U, 0x10000U, 0x18000U, 0x20000U})
+        note.InCase(count);
+        const std::size_t         bytes  = count * function.Bytes();
+        const std::uint8_t* const before = stock.Pixels(64 + bytes + 64, dice);
+        std::vector<Task>         tasks;
+        for (const int step : {0x5555, 0x8000, 0x10000, 0x18000, 0x20000, -0x5555, -0x10000})
         {
-            // as wide as the samples need it, and not a pixel more
-            const unsigned reach = function.filtered ? 2 : 1;
-            const unsigned width = std::max((count > 0 ? ((count - 1) * step) >> 16 : 0) + reach, 2U);
-            const auto     end   = count % 2 == 0 ? support::Against::BackFence : support::Against::FrontFence;
-            const unsigned spare = count % 16;
-            FencedPicture  picture(function, width, 2, spare, end, dice);
-            support::Fence row((count + spare) * function.bytes, end);
-            std::uint8_t*  to = row.Data() + (end == support::Against::BackFence ? spare * function.bytes : 0);
-            std::vector<std::uint8_t> expected(row.Data(), row.Data() + row.Size());
-            const Kanvo_SampleLine    line =
-                picture.LineFrom(0, function.filtered ? 0x8123 : 0x10000, static_cast<int>(step), 0);
-            const std::vector<std::uint8_t> naive = Naive(function, picture.AsPicture(), line, count, 0xFF00FF00U);
-            std::copy(naive.begin(), naive.end(), expected.begin() + (to - row.Data()));
-            function.run(to, line, count, 0xFF00FF00U);
-            ASSERT_TRUE(std::equal(expected.begin(), expected.end(), row.Data())) << Described(line, count);
+            if (function.lines == Lines::OfWholePixels && step != 0x10000) continue;
+            const unsigned way    = count > 0 ? (count - 1) * static_cast<unsigned>(std::abs(step)) : 0;
+            const unsigned offset = function.lines == Lines::OfWholePixels ? 0 : dice.Below(0x10000);
+            const unsigned width  = ((way + offset) >> 16) + function.Across();
+            const unsigned pitch  = (width + dice.Of({0U, 1U, 5U})) * function.Bytes();
+            Task           task;
+            task.pixels.resize(support::Fence::BytesFor(width, function.Down(), pitch, function.Bytes()));
+            dice.Fill(task.pixels.data(), task.pixels.size());
+            task.line = {{task.pixels.data(), pitch},
+                         offset + (step < 0 ? way : 0),
+                         function.lines == Lines::OfOneRow ? 0 : dice.Below(0x10000),
+                         static_cast<Tov_UInt>(step),
+                         0};
+            task.expected.assign(before, before + 64 + bytes + 64);
+            const std::vector<std::uint8_t> naive =
+                Naive(function, {function.format, width, function.Down(), pitch, task.pixels.data(), false}, task.line,
+                      count, BITS);
+            std::copy(naive.begin(), naive.end(), task.expected.begin() + 64);
+            tasks.push_back(std::move(task));
+        }
+        // each place of the target with each of the source, the steps in turn
+        std::size_t turn = count;
+        for (const auto& [toLies, toOffset] : places)
+        {
+            std::uint8_t* const to   = targets.Place(toLies, bytes, toOffset);
+            std::uint8_t* const from = targets.Before(to);
+            const auto          head = static_cast<std::size_t>(to - from);
+            const auto          all  = static_cast<std::size_t>(targets.Behind(to + bytes) - from);
+            for (const auto& [lies, offset] : places)
+            {
+                Task&               task   = tasks[turn++ % tasks.size()];
+                std::uint8_t* const source = sources.Place(lies, task.pixels.size(), offset);
+                sources.Put(source, task.pixels.data(), task.pixels.size());
+                std::memcpy(from, before + 64 - head, all);
+                task.line.kSource.pBuffer = source;
+                function.run(to, task.line, count, BITS);
+                ASSERT_EQ(std::memcmp(from, &task.expected[64 - head], all), 0)
+                    << Described(task.line, count) << ", bytes from the fence in front " << to - targets.Begin() << " "
+                    << source - sources.Begin();
+            }
         }
     }
 }
 
-TEST(ScaledRowsBetween, EveryFractionAndEveryWidthMixAsTheNaiveBlock)
+TEST_P(ScaledRowsBetween, EveryTwoBytesMixAtEveryFractionAsTheNaiveBlock)
 {
-    for (const Kanvo_Level level : support::LevelsHere())
+    // The channels run against each other, so that one that leaks into its neighbour is seen.
+    constexpr unsigned     SIDE = 256;
+    const support::AtLevel level(GetParam());
+    const auto against = [](unsigned value) { return value << 24 | (255 - value) << 16 | value << 8 | (255 - value); };
+    std::vector<std::uint32_t> tops(SIDE), bottoms(SIDE), drawn(SIDE);
+    support::Differences       differences;
+    for (unsigned x = 0; x < SIDE; ++x) tops[x] = against(x);
+    for (unsigned fraction = 0; fraction < SIDE; ++fraction)
     {
-        const support::AtLevel at(level);
-        Dice                   dice(23);
-        for (unsigned width = 0; width <= 129; ++width)
+        const support::MixTable mix(static_cast<int>(fraction) / 2, 128);
+        for (unsigned bottom = 0; bottom < SIDE; ++bottom)
         {
-            const auto     end = width % 2 == 0 ? support::Against::BackFence : support::Against::FrontFence;
-            support::Fence top(width * 4, end), bottom(width * 4, end), to(width * 4, end);
-            for (unsigned turn = 0; turn < (width == 129 ? 256U : 8U); ++turn)
+            std::fill(bottoms.begin(), bottoms.end(), against(bottom));
+            g_Kanvo_pkScaledRows->pfnMixBetween(drawn.data(), tops.data(), bottoms.data(), SIDE,
+                                                static_cast<Tov_UByte>(fraction), 0xFFFFFFFFU);
+            for (unsigned x = 0; x < SIDE; ++x)
             {
-                const auto     fraction = static_cast<std::uint8_t>(width == 129 ? turn : width * 37 + turn * 51);
-                const Tov_UInt keep     = AnyBits(dice);
-                for (unsigned x = 0; x < width; ++x)
-                {
-                    top.As<std::uint32_t>()[x]    = dice.NextHostileWord();
-                    bottom.As<std::uint32_t>()[x] = dice.NextHostileWord();
-                }
-                g_Kanvo_pkScaledRows->pfnMixBetween(to.As<std::uint32_t>(), top.As<std::uint32_t>(),
-                                                    bottom.As<std::uint32_t>(), width, fraction, keep);
-                ASSERT_TRUE(to.IsSlackUntouched());
-                for (unsigned x = 0; x < width; ++x)
-                {
-                    const reference::Sample above{Format::Argb32, top.As<std::uint32_t>()[x]};
-                    const reference::Sample below{Format::Argb32, bottom.As<std::uint32_t>()[x]};
-                    ASSERT_EQ(to.As<std::uint32_t>()[x],
-                              reference::MixOf({above, above, below, below}, 0, fraction).stored & keep)
-                        << Kanvo_LevelName(level) << ", width " << width << ", fraction " << unsigned{fraction};
-                }
+                const std::uint32_t up = mix(x, bottom), down = mix(255 - x, 255 - bottom);
+                const std::uint32_t expected = up << 24 | down << 16 | up << 8 | down;
+                if (drawn[x] != expected)
+                    differences.Note("%08X above %08X, fraction %u: expected %08X, got %08X", tops[x], bottoms[x],
+                                     fraction, expected, drawn[x]);
             }
         }
     }
+    EXPECT_EQ(differences.Count(), 0U) << differences.First();
 }
 
 // ---- onto itself ----------------------------------------------------------------------------------------------------
