@@ -73,9 +73,9 @@ constexpr Selection SELECTIONS[] = {
      {"fill_opaque/64", "over_random/64", "over_mask/64", "stretch_bilinear_1.37x/64"}},
     {"Kanvo avx2",
      "avx2",
-     {"fill_blend/64", "over_random/16", "over_random/64", "over_icon/64", "over_ga128/64", "cvt565/64",
-      "blend565_ga128/64", "mask_a8/64", "stretch_nearest_1.37x_over/64", "stretch_bilinear_1.37x/64",
-      "rotate30_nearest/64", "poly_aa/star10_r120"}},
+     {"fill_opaque/1", "fill_blend/64", "copy/64", "over_random/16", "over_random/64", "over_icon/64", "over_ga128/64",
+      "cvt565/64", "blend565_ga128/64", "mask_a8/64", "stretch_nearest_0.5x/64", "stretch_nearest_1.37x_over/64",
+      "stretch_bilinear_0.5x/64", "stretch_bilinear_1.37x/64", "rotate30_nearest/64", "poly_aa/star10_r120"}},
 };
 
 //! Operations that are counted.

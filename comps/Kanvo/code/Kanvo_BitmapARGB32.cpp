@@ -5,6 +5,7 @@
 #include "Kanvo_Blit.h"
 #include "Kanvo_Print.h"
 #include "neonloops.h"
+#include "neonloops_rects.h"
 #include "Trak_Counters.h"
 
 using Access = Kanvo_PixelARGB32_Access;
@@ -66,11 +67,7 @@ void Kanvo_BitmapARGB32::Clear(Tov_UInt uiColor)
     const Trak_PerfScope kScope(g_kPerf_BitmapClear);
     Kanvo_OffsetARGB32   kLine;
     Access::GetOffset(this, 0, 0, kLine);
-    for (Tov_UInt uiY = 0; uiY < m_uiHeight; ++uiY)
-    {
-        g_Kanvo_pkRows->pfnFill(kLine, m_uiWidth, uiColor);
-        Access::IncY(this, kLine);
-    }
+    g_Kanvo_pkBodies->pfnFill(kLine, m_uiPitch, uiColor, m_uiWidth, m_uiHeight);
 }
 
 void Kanvo_BitmapARGB32::FillRect(Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_Int iX1, Tov_Int iY1,

@@ -45,6 +45,22 @@ inline Tov_Bool Kanvo_IsInside(const Kanvo_Bitmap* pkBitmap, std::int64_t iX, st
     return iX >= 0 && iY >= 0 && iX + uiWidth <= pkBitmap->GetWidth() && iY + uiHeight <= pkBitmap->GetHeight();
 }
 
+//! Whether the pixels of one axis, one or more, lie at or behind uiMin and before uiEnd.
+inline Tov_Bool Kanvo_IsBetween(Tov_UInt uiFirst, Tov_UInt uiLength, Tov_UInt uiMin, Tov_UInt uiEnd)
+{
+    const Tov_UInt uiOffset = uiFirst - uiMin;  // below uiMin, or less than one pixel: wraps, and is too large
+    const Tov_UInt uiSpace  = uiEnd - uiMin;
+    return uiOffset < uiSpace && uiLength - 1 < uiSpace - uiOffset;
+}
+
+//! Whether there is nothing to be clipped, as most often: found out sooner than the rectangle is clipped.
+inline Tov_Bool Kanvo_IsInClip(const Kanvo_Bitmap* pkDest, Tov_Int iX, Tov_Int iY, Tov_UInt uiWidth, Tov_UInt uiHeight)
+{
+    // A negative coordinate is far behind any end.
+    return Kanvo_IsBetween(static_cast<Tov_UInt>(iX), uiWidth, pkDest->GetClipMinX(), pkDest->GetClipMaxX() + 1) &&
+           Kanvo_IsBetween(static_cast<Tov_UInt>(iY), uiHeight, pkDest->GetClipMinY(), pkDest->GetClipMaxY() + 1);
+}
+
 //! Clips a fill in place; with BLIT_NOCLIP takes it as it is, if the caller kept the promise that it lies inside the
 //! bitmap. False where nothing is to be drawn.
 inline Tov_Bool Kanvo_PrepareFill(const Kanvo_Bitmap* pkDest, Tov_Flag ulFlags, Tov_UInt& uiWidth, Tov_UInt& uiHeight,
@@ -52,7 +68,21 @@ inline Tov_Bool Kanvo_PrepareFill(const Kanvo_Bitmap* pkDest, Tov_Flag ulFlags, 
 {
     if ((ulFlags & BLIT_NOCLIP) == 0)
     {
-        return pkDest->ClipFillrect(uiWidth, uiHeight, iX, iY);
+        if (Kanvo_IsInClip(pkDest, iX, iY, uiWidth, uiHeight))
+        {
+            return true;
+        }
+        // Of copies, so that the caller's own may stay in registers.
+        Tov_UInt       uiClippedWidth  = uiWidth;
+        Tov_UInt       uiClippedHeight = uiHeight;
+        Tov_Int        iClippedX       = iX;
+        Tov_Int        iClippedY       = iY;
+        const Tov_Bool bVisible        = pkDest->ClipFillrect(uiClippedWidth, uiClippedHeight, iClippedX, iClippedY);
+        uiWidth                        = uiClippedWidth;
+        uiHeight                       = uiClippedHeight;
+        iX                             = iClippedX;
+        iY                             = iClippedY;
+        return bVisible;
     }
     const Tov_Bool bInside = Kanvo_IsInside(pkDest, iX, iY, uiWidth, uiHeight);
     TRAK_CHECK(bInside, "unclipped rectangle outside the bitmap");
@@ -71,7 +101,10 @@ inline Tov_Bool Kanvo_PrepareBlit(const Kanvo_Bitmap* pkDest, const Kanvo_Bitmap
     }
     if ((ulFlags & BLIT_NOCLIP) == 0)
     {
-        return pkDest->ClipBlitrect(pkSource, uiWidth, uiHeight, uiSrcX, uiSrcY, iDstX, iDstY);
+        return (Kanvo_IsInClip(pkDest, iDstX, iDstY, uiWidth, uiHeight) &&
+                Kanvo_IsBetween(uiSrcX, uiWidth, 0, pkSource->GetWidth()) &&
+                Kanvo_IsBetween(uiSrcY, uiHeight, 0, pkSource->GetHeight())) ||
+               pkDest->ClipBlitrect(pkSource, uiWidth, uiHeight, uiSrcX, uiSrcY, iDstX, iDstY);
     }
     const Tov_Bool bInside = Kanvo_IsRLE(pkSource) || (Kanvo_IsInside(pkDest, iDstX, iDstY, uiWidth, uiHeight) &&
                                                        Kanvo_IsInside(pkSource, uiSrcX, uiSrcY, uiWidth, uiHeight));

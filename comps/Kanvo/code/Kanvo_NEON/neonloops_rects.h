@@ -13,18 +13,24 @@ struct Kanvo_LoopRects
     static void Fill(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, Kanvo_PixelARGB32 pxPixel, Tov_UInt uiWidth,
                      Tov_UInt uiHeight)
     {
+        Join(uiWidth, uiHeight, uiDstPitch);
         ForRows<&Rows::Fill>(uiHeight, At(kDst, uiDstPitch), uiWidth, pxPixel);
     }
 
     static void FillMix(Kanvo_OffsetARGB32 kDst, Tov_UInt uiDstPitch, Kanvo_PixelARGB32 pxPixel, Tov_UInt uiWidth,
                         Tov_UInt uiHeight, Tov_UByte ubAlpha)
     {
+        Join(uiWidth, uiHeight, uiDstPitch);
         ForRows<&Rows::FillMix>(uiHeight, At(kDst, uiDstPitch), uiWidth, pxPixel, ubAlpha);
     }
 
     static void Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiDstPitch, Tov_UInt uiSrcPitch,
                      Tov_UInt uiWidth, Tov_UInt uiHeight)
     {
+        if (uiSrcPitch == uiDstPitch && !Kanvo_RowsOverlap(kDst, kSrc, uiWidth * uiHeight))
+        {
+            Join(uiWidth, uiHeight, uiDstPitch);  // of blocks that overlap each row is faster
+        }
         ForRows<&Rows::Copy>(uiHeight, At(kDst, uiDstPitch), At(kSrc, uiSrcPitch), uiWidth);
     }
 
@@ -111,6 +117,16 @@ private:
         kAt.Next();
     }
     static KANVO_INLINE void Next(Tov_UInt /*all other arguments are the same in each row*/) {}
+
+    //! Rows that follow each other without padding are one long row, to be drawn in one go and in the same order.
+    static KANVO_INLINE void Join(Tov_UInt& uiWidth, Tov_UInt& uiHeight, Tov_UInt uiPitch)
+    {
+        if (uiPitch == uiWidth * sizeof(Kanvo_PixelARGB32))
+        {
+            uiWidth *= uiHeight;
+            uiHeight = 1;
+        }
+    }
 
     //! Calls the row function for each row. kArguments: what it takes, with an At for each row.
     template <auto pfnRow, class... Arguments>

@@ -706,7 +706,21 @@ struct RowsAVX2
             StoreFew(kDst, kPixels, uiCount);
             return;
         }
-        const Kanvo_OffsetARGB32 kLast = kDst + (uiCount - LANES);
+        if (uiCount > FILLED_HERE)
+        {
+            std::size_t uiLeft = uiCount;  // all of the register counts
+            __asm__ volatile("rep stosl" : "+D"(kDst), "+c"(uiLeft) : "a"(pxPixel) : "memory");
+            return;
+        }
+        const Kanvo_OffsetARGB32 kEnd  = kDst + uiCount;
+        const Kanvo_OffsetARGB32 kLast = kEnd - LANES;
+        for (; static_cast<std::size_t>(kEnd - kDst) >= 4 * LANES; kDst += 4 * LANES)
+        {
+            Store(kDst, kPixels);
+            Store(kDst + LANES, kPixels);
+            Store(kDst + 2 * LANES, kPixels);
+            Store(kDst + 3 * LANES, kPixels);
+        }
         for (; kDst < kLast; kDst += LANES)
         {
             Store(kDst, kPixels);
@@ -734,22 +748,17 @@ struct RowsAVX2
 
     static KANVO_INLINE void Copy(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount)
     {
-        if (uiCount > COPIED_HERE || Kanvo_RowsOverlap(kDst, kSrc, uiCount))
+        if (Kanvo_RowsOverlap(kDst, kSrc, uiCount))
         {
             Kanvo_RowsReference::Copy(kDst, kSrc, uiCount);
         }
-        else if (uiCount < LANES)
+        else if (uiCount > COPIED_HERE)
         {
-            StoreFew(kDst, LoadFew(kSrc, uiCount), uiCount);
+            std::memcpy(kDst, kSrc, uiCount * sizeof(Kanvo_PixelARGB32));
         }
         else
         {
-            const std::size_t uiLast = uiCount - LANES;
-            for (std::size_t uiX = 0; uiX < uiLast; uiX += LANES)
-            {
-                Store(kDst + uiX, Load(kSrc + uiX));
-            }
-            Store(kDst + uiLast, Load(kSrc + uiLast));
+            StoreRow(kDst, uiCount, FromARGB32{kSrc});
         }
     }
 
@@ -967,6 +976,9 @@ private:
                          _mm_packus_epi16(_mm256_castsi256_si128(kWords), _mm256_extracti128_si256(kWords, 1)));
     }
 
+    //! Pixels; more are worth the processor's own instruction for filling, which does not read from memory what is
+    //! overwritten: beyond the size of the second cache.
+    static constexpr Tov_UInt FILLED_HERE = 0x40000;
     static constexpr Tov_UInt COPIED_HERE = 128;  //!< pixels; longer rows are worth a call of memcpy
 
     //! With each alpha byte multiplied by the global alpha.

@@ -24,6 +24,10 @@ struct Kanvo_SampleLine
         uiX += uiSamples * uiStepX;
         uiY += uiSamples * uiStepY;
     }
+
+    //! Whether it goes along a row by two pixels exactly, as in a picture drawn at half its size: samples, and blocks, lie
+    //! side by side then, and fractions are equal.
+    KANVO_INLINE Tov_Bool IsHalving() const { return uiStepX == 0x20000U && uiStepY == 0; }
 };
 
 struct Kanvo_ScaledRowsReference

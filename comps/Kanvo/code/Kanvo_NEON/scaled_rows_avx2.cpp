@@ -3,6 +3,8 @@
 //
 // Compiled for AVX2, as rows_avx2: everything has internal linkage, and nothing inline from elsewhere is called that is
 // not forced inline (CMakeLists.txt).
+#include <cstring>
+
 #include <immintrin.h>
 
 #include "scaled_rows.h"
@@ -36,10 +38,11 @@ KANVO_INLINE Pixels Ramp(Tov_UInt uiFirst, Tov_UInt uiStep)
                             _mm256_mullo_epi32(Splat(uiStep), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7)));
 }
 
-KANVO_INLINE const Kanvo_PixelARGB32* RowOf(const Kanvo_SampleLine& kLine, Tov_UInt uiY)
+template <class Src = Kanvo_PixelARGB32_Access>
+KANVO_INLINE const typename Src::Pixel* RowOf(const Kanvo_SampleLine& kLine, Tov_UInt uiY)
 {
-    Kanvo_OffsetARGB32 kRow;
-    Kanvo_PixelARGB32_Access::GetOffset(&kLine.kSource, 0, uiY, kRow);
+    typename Src::Offset kRow;
+    Src::GetOffset(&kLine.kSource, 0, uiY, kRow);
     return kRow;
 }
 
@@ -129,6 +132,26 @@ KANVO_INLINE void PickRow(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLine,
              });
 }
 
+//! Brings the quarters of a register into the order of the pixels, after two registers were taken together by halves.
+KANVO_INLINE Pixels InOrder(Pixels kPixels)
+{
+    return _mm256_permute4x64_epi64(kPixels, 0xD8);
+}
+
+KANVO_INLINE void HalveRow(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount, Tov_UInt uiSet)
+{
+    const Kanvo_PixelARGB32* const kRow = RowOf(kLine, kLine.uiY >> 16) + (kLine.uiX >> 16);
+    const Pixels                   kSet = Splat(uiSet);
+    InEights(uiCount,
+             [=](Tov_UInt uiFirst)
+             {
+                 const __m256 kLow  = _mm256_castsi256_ps(Load(kRow + 2 * uiFirst));
+                 const __m256 kHigh = _mm256_castsi256_ps(Load(kRow + 2 * uiFirst + 7));  // ends with the last sample
+                 const Pixels kBoth = _mm256_castps_si256(_mm256_shuffle_ps(kLow, kHigh, _MM_SHUFFLE(3, 1, 2, 0)));
+                 Store(kTo + uiFirst, _mm256_or_si256(InOrder(kBoth), kSet));
+             });
+}
+
 //! Whether the offsets of a line's pixels from the bitmap's first one fit signed 32 bits, as gathering wants them.
 KANVO_INLINE Tov_Bool IsNear(const Kanvo_SampleLine& kLine, Tov_UInt uiCount)
 {
@@ -175,6 +198,13 @@ KANVO_INLINE Pixels Pack(const Pairs& kLanes)
 KANVO_INLINE Pairs Unpack(Pixels kFirst, Pixels kSecond)
 {
     return {_mm256_unpacklo_epi8(kFirst, kSecond), _mm256_unpackhi_epi8(kFirst, kSecond)};
+}
+
+//! The same of four pairs of neighbours that lie behind each other.
+KANVO_INLINE Pixels Beside(Pixels kPairs)
+{
+    return _mm256_shuffle_epi8(kPairs, _mm256_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15, 0, 4, 1,
+                                                        5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15));
 }
 
 //! Numbers below 32768, one for each pixel, copied to the 16-bit lanes of Pairs.
@@ -249,6 +279,28 @@ KANVO_INLINE void FilterRow(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLin
              });
 }
 
+//! The same where each block begins right behind the one before it: all have the same weights, and lie in memory as they
+//! are mixed.
+KANVO_INLINE void FilterHalvedRow(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount,
+                                  Tov_UInt uiKeep)
+{
+    const Kanvo_PixelARGB32* const kTop       = RowOf(kLine, kLine.uiY >> 16) + (kLine.uiX >> 16);
+    const Kanvo_PixelARGB32* const kBottom    = RowOf(kLine, (kLine.uiY >> 16) + 1) + (kLine.uiX >> 16);
+    const Pairs                    kNegativeX = NegativeWeights(Splat(kLine.uiX));
+    const Pairs                    kWeightsY  = ToLanes(WeightsOf(Splat(kLine.uiY)));
+    const Pixels                   kKeep      = Splat(uiKeep);
+    InEights(uiCount,
+             [&](Tov_UInt uiFirst)  // by value gcc would take the weights through memory, eight bytes at a time
+             {
+                 const Kanvo_PixelARGB32* const kAbove = kTop + 2 * uiFirst;
+                 const Kanvo_PixelARGB32* const kBelow = kBottom + 2 * uiFirst;
+                 const Pairs                    kUpper{Beside(Load(kAbove)), Beside(Load(kAbove + LANES))};
+                 const Pairs                    kLower{Beside(Load(kBelow)), Beside(Load(kBelow + LANES))};
+                 const Pixels                   kMixed = MixBlocks(kUpper, kLower, kNegativeX, kWeightsY);
+                 Store(kTo + uiFirst, _mm256_and_si256(InOrder(kMixed), kKeep));
+             });
+}
+
 template <bool WIDE>
 KANVO_INLINE void MixRowAlong(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount)
 {
@@ -273,10 +325,8 @@ KANVO_INLINE __m128i LoadPair(const Kanvo_PixelARGB32* kFrom)
 //! Four such pairs, byte beside byte.
 KANVO_INLINE Pixels JoinPairs(__m128i k0, __m128i k1, __m128i k2, __m128i k3)
 {
-    const Pixels kBeside = _mm256_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15, 0, 4, 1, 5, 2, 6, 3,
-                                            7, 8, 12, 9, 13, 10, 14, 11, 15);
-    const Pixels kLower  = _mm256_castsi128_si256(_mm_unpacklo_epi64(k0, k1));
-    return _mm256_shuffle_epi8(_mm256_inserti128_si256(kLower, _mm_unpacklo_epi64(k2, k3), 1), kBeside);
+    const Pixels kLower = _mm256_castsi128_si256(_mm_unpacklo_epi64(k0, k1));
+    return Beside(_mm256_inserti128_si256(kLower, _mm_unpacklo_epi64(k2, k3), 1));
 }
 
 //! Along any line, each block read for itself.
@@ -314,19 +364,166 @@ KANVO_INLINE void FilterAnywhere(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine&
              });
 }
 
+// ---- filtering of narrower pixels, along a row ------------------------------------------------------------------------
+
+//! Pixels of a row with their right neighbours, from a position on. Pair: a number as wide as two pixels.
+template <class Pair, class Pixel>
+struct Neighbours
+{
+    const Pixel* kRow;
+    Tov_UInt     uiX;
+    Tov_UInt     uiStep;
+
+    KANVO_INLINE Pair operator[](Tov_UInt uiSample) const
+    {
+        Pair kPair;
+        std::memcpy(&kPair, kRow + ((uiX + uiSample * uiStep) >> 16), sizeof kPair);
+        return kPair;
+    }
+};
+
+KANVO_INLINE Pixels EightOf(const Neighbours<int, Kanvo_PixelRGB565>& k)
+{
+    return _mm256_setr_epi32(k[0], k[1], k[2], k[3], k[4], k[5], k[6], k[7]);
+}
+
+KANVO_INLINE __m128i EightOf(const Neighbours<Tov_Short, Kanvo_PixelA8>& k)
+{
+    return _mm_setr_epi16(k[0], k[1], k[2], k[3], k[4], k[5], k[6], k[7]);
+}
+
+//! Eight bits of the positions' fractions.
+KANVO_INLINE Pixels FractionsOf(Pixels kPositions)
+{
+    return _mm256_and_si256(_mm256_srli_epi32(kPositions, 8), Splat(255));
+}
+
+//! 32-bit numbers below 65536 as 16-bit ones.
+KANVO_INLINE __m128i Narrowed(Pixels kNumbers)
+{
+    return _mm_packus_epi32(_mm256_castsi256_si128(kNumbers), _mm256_extracti128_si256(kNumbers, 1));
+}
+
+//! Kanvo_MixByte of the two halves of each 32-bit lane: a + (b - a) w / 256 as (a (256 - w) + b w) / 256.
+KANVO_INLINE Pixels MixHalves(Pixels kPairs, Pixels kWeights)
+{
+    return _mm256_srli_epi32(_mm256_madd_epi16(kPairs, kWeights), 8);
+}
+
+//! The weights of both, those of RGB565: rounded to even, 0 .. 256.
+KANVO_INLINE Pixels EvenWeights(Pixels kPositions)
+{
+    const Pixels kSecond = _mm256_and_si256(_mm256_add_epi32(FractionsOf(kPositions), Splat(1)), Splat(~1U));
+    return _mm256_or_si256(_mm256_sub_epi32(Splat(256), kSecond), _mm256_slli_epi32(kSecond, 16));
+}
+
+//! Bits of 16-bit lanes.
+KANVO_INLINE Pixels Masked(Pixels kLanes, Tov_Short sMask)
+{
+    return _mm256_and_si256(kLanes, _mm256_set1_epi16(sMask));
+}
+
+//! Eight blocks of RGB565: pairs of a row.
+struct Blocks565
+{
+    Pixels kTop;
+    Pixels kBottom;
+    Pixels kWeightsX;
+    Pixels kWeightsY;
+
+    //! Mixes one channel. kExpand: makes bytes of it, as the pixel policy does, in 16-bit lanes.
+    template <class Expand>
+    KANVO_INLINE Pixels Mix(Expand kExpand) const
+    {
+        const Pixels kAbove = MixHalves(kExpand(kTop), kWeightsX);
+        const Pixels kBelow = MixHalves(kExpand(kBottom), kWeightsX);
+        return MixHalves(_mm256_or_si256(kAbove, _mm256_slli_epi32(kBelow, 16)), kWeightsY);
+    }
+};
+
+//! MixBilinear of them.
+KANVO_INLINE __m128i MixBlocks565(const Blocks565& kBlocks)
+{
+    const Pixels kRed = kBlocks.Mix(
+        [](Pixels k) { return _mm256_or_si256(Masked(_mm256_srli_epi16(k, 8), 0xF8), _mm256_srli_epi16(k, 13)); });
+    const Pixels kGreen = kBlocks.Mix(
+        [](Pixels k)
+        { return _mm256_or_si256(Masked(_mm256_srli_epi16(k, 3), 0xFC), Masked(_mm256_srli_epi16(k, 9), 3)); });
+    const Pixels kBlue = kBlocks.Mix(
+        [](Pixels k)
+        { return _mm256_or_si256(Masked(_mm256_slli_epi16(k, 3), 0xF8), Masked(_mm256_srli_epi16(k, 2), 7)); });
+    const Pixels kRedGreen =
+        _mm256_or_si256(_mm256_slli_epi32(Masked(kRed, 0xF8), 8), _mm256_slli_epi32(Masked(kGreen, 0xFC), 3));
+    return Narrowed(_mm256_or_si256(kRedGreen, _mm256_srli_epi32(kBlue, 3)));
+}
+
+KANVO_INLINE void FilterRow565(Kanvo_PixelRGB565* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount)
+{
+    const Kanvo_PixelRGB565* const kTop      = RowOf<Kanvo_PixelRGB565_Access>(kLine, kLine.uiY >> 16);
+    const Kanvo_PixelRGB565* const kBottom   = RowOf<Kanvo_PixelRGB565_Access>(kLine, (kLine.uiY >> 16) + 1);
+    const Pixels                   kWeightsY = EvenWeights(Splat(kLine.uiY));
+    InEights(
+        uiCount,
+        [&](Tov_UInt uiFirst)
+        {
+            const Tov_UInt                           uiX = kLine.uiX + uiFirst * kLine.uiStepX;
+            const Neighbours<int, Kanvo_PixelRGB565> kUpper{kTop, uiX, kLine.uiStepX};
+            const Neighbours<int, Kanvo_PixelRGB565> kLower{kBottom, uiX, kLine.uiStepX};
+            const Blocks565 kBlocks{EightOf(kUpper), EightOf(kLower), EvenWeights(Ramp(uiX, kLine.uiStepX)), kWeightsY};
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(kTo + uiFirst), MixBlocks565(kBlocks));
+        });
+}
+
+//! Kanvo_MixByte in unsigned 16-bit lanes.
+KANVO_INLINE __m128i MixBytes(__m128i kFirst, __m128i kSecond, __m128i kWeights)
+{
+    const __m128i kRest = _mm_sub_epi16(_mm_set1_epi16(256), kWeights);
+    return _mm_srli_epi16(_mm_add_epi16(_mm_mullo_epi16(kFirst, kRest), _mm_mullo_epi16(kSecond, kWeights)), 8);
+}
+
+KANVO_INLINE __m128i MixPairsA8(__m128i kPairs, __m128i kWeights)
+{
+    return MixBytes(_mm_and_si128(kPairs, _mm_set1_epi16(255)), _mm_srli_epi16(kPairs, 8), kWeights);
+}
+
+KANVO_INLINE void FilterRowA8(Kanvo_PixelA8* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount)
+{
+    const Kanvo_PixelA8* const kTop      = RowOf<Kanvo_PixelA8_Access>(kLine, kLine.uiY >> 16);
+    const Kanvo_PixelA8* const kBottom   = RowOf<Kanvo_PixelA8_Access>(kLine, (kLine.uiY >> 16) + 1);
+    const __m128i              kWeightsY = Narrowed(FractionsOf(Splat(kLine.uiY)));
+    InEights(uiCount,
+             [&](Tov_UInt uiFirst)
+             {
+                 const Tov_UInt                             uiX = kLine.uiX + uiFirst * kLine.uiStepX;
+                 const Neighbours<Tov_Short, Kanvo_PixelA8> kUpper{kTop, uiX, kLine.uiStepX};
+                 const Neighbours<Tov_Short, Kanvo_PixelA8> kLower{kBottom, uiX, kLine.uiStepX};
+                 const __m128i                              kWeightsX = Narrowed(FractionsOf(Ramp(uiX, kLine.uiStepX)));
+                 const __m128i                              kMixed    = MixBytes(MixPairsA8(EightOf(kUpper), kWeightsX),
+                                                                                 MixPairsA8(EightOf(kLower), kWeightsX), kWeightsY);
+                 _mm_storel_epi64(reinterpret_cast<__m128i*>(kTo + uiFirst), _mm_packus_epi16(kMixed, kMixed));
+             });
+}
+
 // ---- the functions --------------------------------------------------------------------------------------------------
 
 struct ScaledRowsAVX2 : Kanvo_ScaledRowsReference
 {
     static void NearestWords(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount, Tov_UInt uiSet)
     {
-        if (uiCount < LANES || !IsNear(kLine, uiCount))
+        if (!Windows::CanRead(kLine, uiCount))
         {
-            Kanvo_ScaledRowsReference::NearestWords(kTo, kLine, uiCount, uiSet);
+            if (uiCount < LANES || !IsNear(kLine, uiCount))
+            {
+                Kanvo_ScaledRowsReference::NearestWords(kTo, kLine, uiCount, uiSet);
+            }
+            else
+            {
+                GatherRow(kTo, kLine, uiCount, uiSet);
+            }
         }
-        else if (!Windows::CanRead(kLine, uiCount))
+        else if (kLine.IsHalving())
         {
-            GatherRow(kTo, kLine, uiCount, uiSet);
+            HalveRow(kTo, kLine, uiCount, uiSet);
         }
         else if (kLine.uiStepX > 0x10000U)
         {
@@ -348,6 +545,10 @@ struct ScaledRowsAVX2 : Kanvo_ScaledRowsReference
         {
             FilterAnywhere(kTo, kLine, uiCount, uiKeep);
         }
+        else if (kLine.IsHalving())
+        {
+            FilterHalvedRow(kTo, kLine, uiCount, uiKeep);
+        }
         else if (kLine.uiStepX > 0x10000U)
         {
             FilterRow<true>(kTo, kLine, uiCount, uiKeep);
@@ -355,6 +556,30 @@ struct ScaledRowsAVX2 : Kanvo_ScaledRowsReference
         else
         {
             FilterRow<false>(kTo, kLine, uiCount, uiKeep);
+        }
+    }
+
+    static void Filter565(Kanvo_PixelRGB565* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount)
+    {
+        if (uiCount < LANES || kLine.uiStepY != 0)
+        {
+            Kanvo_ScaledRowsReference::Filter565(kTo, kLine, uiCount);
+        }
+        else
+        {
+            FilterRow565(kTo, kLine, uiCount);
+        }
+    }
+
+    static void FilterA8(Kanvo_PixelA8* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount)
+    {
+        if (uiCount < LANES || kLine.uiStepY != 0)
+        {
+            Kanvo_ScaledRowsReference::FilterA8(kTo, kLine, uiCount);
+        }
+        else
+        {
+            FilterRowA8(kTo, kLine, uiCount);
         }
     }
 

@@ -1,6 +1,6 @@
 // scaled_rows_neon: rows of filtered samples for ARM with NEON, two samples a turn. The bytes are those of
 // Kanvo_ScaledRowsReference, which also has what is not here: unfiltered samples are a load and a store each, with nothing
-// for NEON to do.
+// for NEON to do, unless every second pixel is taken.
 //
 // A sample's block is two loads of two neighbours each. Two samples' left and right pixels are sorted into one register
 // each, so that all eight channels are mixed by one multiplication of each side.
@@ -83,10 +83,69 @@ KANVO_INLINE const Kanvo_PixelARGB32* Below(const Kanvo_PixelView& kSource, cons
     return reinterpret_cast<const Kanvo_PixelARGB32*>(reinterpret_cast<std::uintptr_t>(kPixel) + kSource.GetPitch());
 }
 
+//! Four samples' mixes along a row in which each block begins right behind the one before it.
+KANVO_INLINE uint8x16_t MixFour(const Kanvo_PixelARGB32* kFrom, Pair kWeight, Pair kRest)
+{
+    const uint32x4x2_t kSides = vld2q_u32(kFrom);
+    const uint8x16_t   kLeft  = vreinterpretq_u8_u32(kSides.val[0]);
+    const uint8x16_t   kRight = vreinterpretq_u8_u32(kSides.val[1]);
+    return vcombine_u8(Mix(vget_low_u8(kLeft), vget_low_u8(kRight), kWeight, kRest),
+                       Mix(vget_high_u8(kLeft), vget_high_u8(kRight), kWeight, kRest));
+}
+
+//! Filters fours of such samples, all of the same weights: those of a picture drawn at half its size. Returns how many
+//! samples that were.
+KANVO_INLINE Tov_UInt FilterHalved(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount,
+                                   Tov_UInt uiKeep)
+{
+    const Kanvo_PixelARGB32* kTop      = PixelAt(kLine.kSource, kLine.uiX, kLine.uiY);
+    const Kanvo_PixelARGB32* kBottom   = Below(kLine.kSource, kTop);
+    const Pair               kWeightX  = WeightOf(vdup_n_u32(kLine.uiX));
+    const Pair               kWeightY  = WeightOf(vdup_n_u32(kLine.uiY));
+    const Pair               kRestX    = RestOf(kWeightX);
+    const Pair               kRestY    = RestOf(kWeightY);
+    const Numbers            kKeep     = vdup_n_u32(uiKeep);
+    const Tov_UInt           uiSamples = uiCount & ~3U;
+    for (Tov_UInt uiX = 0; uiX < uiSamples; uiX += 4)
+    {
+        const uint8x16_t kAbove = MixFour(kTop + 2 * uiX, kWeightX, kRestX);
+        const uint8x16_t kBelow = MixFour(kBottom + 2 * uiX, kWeightX, kRestX);
+        StorePair(kTo + uiX, Mix(vget_low_u8(kAbove), vget_low_u8(kBelow), kWeightY, kRestY), kKeep);
+        StorePair(kTo + uiX + 2, Mix(vget_high_u8(kAbove), vget_high_u8(kBelow), kWeightY, kRestY), kKeep);
+    }
+    return uiSamples;
+}
+
 struct ScaledRowsNEON : Kanvo_ScaledRowsReference
 {
+    static void NearestWords(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount, Tov_UInt uiSet)
+    {
+        Kanvo_SampleLine kRest = kLine;
+        if (kLine.IsHalving())
+        {
+            const Kanvo_PixelARGB32* kFrom = PixelAt(kLine.kSource, kLine.uiX, kLine.uiY);
+            const uint32x4_t         kSet  = vdupq_n_u32(uiSet);
+            for (; uiCount > 4; uiCount -= 4)  // the pixel behind the fourth one is read
+            {
+                vst1q_u32(kTo, vorrq_u32(vld2q_u32(kFrom).val[0], kSet));
+                kTo += 4;
+                kFrom += 8;
+                kRest.Advance(4);
+            }
+        }
+        Kanvo_ScaledRowsReference::NearestWords(kTo, kRest, uiCount, uiSet);
+    }
+
     static void FilterWords(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLine, Tov_UInt uiCount, Tov_UInt uiKeep)
     {
+        if (kLine.IsHalving())
+        {
+            const Tov_UInt   uiDone = FilterHalved(kTo, kLine, uiCount, uiKeep);
+            Kanvo_SampleLine kRest  = kLine;
+            kRest.Advance(uiDone);
+            Kanvo_ScaledRowsReference::FilterWords(kTo + uiDone, kRest, uiCount - uiDone, uiKeep);
+            return;
+        }
         const Numbers         kKeep   = vdup_n_u32(uiKeep);
         const Numbers         kStepX  = vdup_n_u32(LANES * kLine.uiStepX);
         const Numbers         kStepY  = vdup_n_u32(LANES * kLine.uiStepY);
