@@ -1176,8 +1176,9 @@ TEST(RotBlitGeometry, OnLargeScreensEverySampleOfAnySizeLiesInside)
 TEST(RotBlitGeometry, AHairIsSampledInsideHoweverLongItIs)
 {
     // Thousands of rows high and far narrower than the steps of 16.16 are exact over them.
-    const Seeds seeds(2000);
-    Field       field(64, 3000);
+    const Seeds   seeds(2000);
+    Field         field(64, 3000);
+    std::uint64_t pixels = 0;
     for (std::uint64_t index = 0; index < seeds.count; ++index)
     {
         Dice     dice(seeds.first + index);
@@ -1193,8 +1194,9 @@ TEST(RotBlitGeometry, AHairIsSampledInsideHoweverLongItIs)
         where.rotPosY    = static_cast<float>(where.height) / 2;
         const auto drawn = field.Draw(where, dice.OneIn(2) ? BILINEAR : 0);
         ASSERT_EQ(drawn.wrong, "") << "seed " << seeds.first + index << ": " << Described(where);
-        ASSERT_GT(drawn.pixels.size(), 700U) << Described(where);
+        pixels += drawn.pixels.size();  // none where it stands upright between two columns
     }
+    EXPECT_GT(pixels, seeds.count * 1000);
 }
 
 TEST(RotBlitGeometry, DrawnInBandsOfRowsOrCutOnTheRightItIsDrawnWhole)

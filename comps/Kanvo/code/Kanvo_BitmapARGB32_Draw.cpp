@@ -9,8 +9,8 @@ void Kanvo_BitmapARGB32::DrawLine(const Kanvo_Vector2& kStart, const Kanvo_Vecto
     if (BeginDraw())
     {
         // An end width of exactly 0 is the start width.
-        Kanvo_LinedrawARGB32::DrawLine(this, kStart, kEnd, kColor, ulFlags, vStartWidth,
-                                       vEndWidth != 0.0F ? vEndWidth : vStartWidth);
+        Kanvo_LinedrawARGB32::Draw(this, kStart, kEnd, kColor, ulFlags, vStartWidth,
+                                   vEndWidth != 0.0F ? vEndWidth : vStartWidth);
     }
 }
 

@@ -146,6 +146,35 @@ struct Kanvo_DotArea
         }
     }
 
+    //! Calls kDraw(offset, alpha) for every soft pixel, and to find them looks at all there are. Of so few that this is
+    //! soonest, f is so small that 32 bits hold it. kRowAt(row) is where a row starts.
+    template <class RowAt, class Draw>
+    KANVO_INLINE void LookAtAll(RowAt kRowAt, Draw kDraw) const
+    {
+        constexpr Tov_Int WHOLE   = 0x10000;
+        const auto        iEnd    = static_cast<Tov_Int>(iColumns);
+        const auto        iStart  = static_cast<Tov_Int>(kLeft.iStep);
+        const auto        iChange = static_cast<Tov_Int>(kLeft.iChange);
+        Kanvo_DotRow      kDown   = kTop;
+        for (std::int64_t iRow = 0; iRow < iRows; ++iRow)
+        {
+            auto    kOffset = kRowAt(iRow);
+            auto    iValue  = static_cast<Tov_Int>(kDown.iValue);
+            Tov_Int iStep   = iStart;
+            for (Tov_Int iPixel = iEnd; iPixel > 0; --iPixel)
+            {
+                if (iValue > 0)
+                {
+                    kDraw(kOffset, static_cast<Tov_UByte>(std::min(iValue, WHOLE - 1) >> 8));
+                }
+                ++kOffset;
+                iValue += iStep;
+                iStep += iChange;
+            }
+            kDown.Next();
+        }
+    }
+
     //! The soft pixels of every row, from left to right: calls kRim(row, pixel, f) for one on the rim, which has a part of
     //! its area inside, and kInside(row, first, count) for those inside.
     template <class Rim, class Inside>
@@ -267,6 +296,12 @@ void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::LargeDot(Kanvo_Bit
         Access::AddOffset(pkDest, kOrigin, static_cast<Tov_UInt>(iPixel), static_cast<Tov_UInt>(iRow), kOffset);
         return kOffset;
     };
+    if (bSoft && iRadius < LEAST_MEASURED)
+    {
+        kDot.LookAtAll([=](std::int64_t iRow) { return kAt(iRow, 0); }, [=](OffsetType kOffset, Tov_UByte ubAlpha)
+                       { Kanvo_BlendSrcAlpha<Access>(kOffset, pxColor, ubAlpha); });
+        return;
+    }
     if (bSoft)
     {
         kDot.WalkSoft([=](std::int64_t iRow, std::int64_t iPixel, std::int64_t iValue)

@@ -8,6 +8,9 @@ template <class PixelType, class OffsetType, class Style, class Access>
 class Kanvo_HSpanRender : public Kanvo_SpanRender<Kanvo_AxisH<Access>, Style, Access>
 {
 public:
+    //! Whose spans between two distances it draws.
+    using TwoEdges = Kanvo_HSpanRender;
+
     //! All pixels from the one that holds x1 to the one that holds x2, blended by ubAlpha.
     static KANVO_INLINE void RenderSpanAlpha(Kanvo_Bitmap* pBitmap, Tov_Fixed y, Tov_Fixed x1, Tov_Fixed x2,
                                              PixelType pxColor, Tov_UByte ubAlpha)

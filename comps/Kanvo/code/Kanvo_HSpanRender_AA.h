@@ -7,6 +7,9 @@
 template <class PixelType, class OffsetType, class Style, class Access>
 class Kanvo_HSpanRender_AA : public Kanvo_SpanRender_AA<Kanvo_AxisH<Access>, Style, Access>
 {
+public:
+    //! Whose spans between two distances it draws.
+    using TwoEdges = Kanvo_HSpanRender_AA;
 };
 
 #endif

@@ -96,35 +96,43 @@ struct ColumnSpans
     using Filtered = Kanvo_VSpanRender_HQAA<PixelType, OffsetType, Style, Access>;
 };
 
-template <class Spans, class Style, class Use>
+template <class Spans, class Use>
 void WithQuality(Tov_Flag ulFlags, Use kUse)
 {
     if ((ulFlags & Kanvo_LF_HQ_AA) != 0)
     {
-        kUse(Kanvo_Linedraw_Octant<Style, typename Spans::Filtered>());
+        kUse(typename Spans::Filtered());
     }
     else if ((ulFlags & Kanvo_LF_ANTIALIAS) != 0)
     {
-        kUse(Kanvo_Linedraw_Octant<Style, typename Spans::Soft>());
+        kUse(typename Spans::Soft());
     }
     else
     {
-        kUse(Kanvo_Linedraw_Octant<Style, typename Spans::Plain>());
+        kUse(typename Spans::Plain());
     }
 }
 
-//! Calls kUse with the octant class for an axis, a quality and a style.
+//! Calls kUse with the span renderer for an axis, a quality and a style.
 template <class PixelType, class OffsetType, class Access, class Style, class Use>
-void WithOctant(Tov_Bool bMajorX, Tov_Flag ulFlags, Use kUse)
+void WithSpans(Tov_Bool bMajorX, Tov_Flag ulFlags, Use kUse)
 {
     if (bMajorX)
     {
-        WithQuality<ColumnSpans<PixelType, OffsetType, Access, Style>, Style>(ulFlags, kUse);
+        WithQuality<ColumnSpans<PixelType, OffsetType, Access, Style>>(ulFlags, kUse);
     }
     else
     {
-        WithQuality<RowSpans<PixelType, OffsetType, Access, Style>, Style>(ulFlags, kUse);
+        WithQuality<RowSpans<PixelType, OffsetType, Access, Style>>(ulFlags, kUse);
     }
+}
+
+//! Calls kUse with the octant class for them.
+template <class PixelType, class OffsetType, class Access, class Style, class Use>
+void WithOctant(Tov_Bool bMajorX, Tov_Flag ulFlags, Use kUse)
+{
+    WithSpans<PixelType, OffsetType, Access, Style>(
+        bMajorX, ulFlags, [&](auto kSpans) { kUse(Kanvo_Linedraw_Octant<Style, decltype(kSpans)>()); });
 }
 
 //! Reads the line pattern of a render state, and moves its offset on for the next line. False, with an assertion, where
@@ -162,6 +170,12 @@ Tov_Bool SetUpPattern(Kanvo_Line_patternStyle& kPattern, Kanvo_Screen* pkScreen,
     return true;
 }
 
+//! How far inside the clip rectangle a thin line must lie, in pixels, for its footprint to need no test.
+Tov_Int MarginOf(Tov_Flag ulFlags)
+{
+    return (ulFlags & Kanvo_LF_HQ_AA) != 0 ? 5 : (ulFlags & Kanvo_LF_ANTIALIAS) != 0 ? 3 : 1;
+}
+
 //! Clips a line against the region, with room for what its quality draws beside it; interpolates widths that differ.
 Tov_Flag ClipByWidth(Kanvo_Vector2& kA, Kanvo_Vector2& kB, Tov_Flag ulFlags, Tov_Value& vStartWidth,
                      Tov_Value& vEndWidth)
@@ -171,7 +185,7 @@ Tov_Flag ClipByWidth(Kanvo_Vector2& kA, Kanvo_Vector2& kB, Tov_Flag ulFlags, Tov
         const Tov_Bool  bHQ   = (ulFlags & Kanvo_LF_HQ_AA) != 0;
         const Tov_Bool  bAA   = (ulFlags & Kanvo_LF_ANTIALIAS) != 0;
         const Tov_Value vRoom = bHQ ? 4.0F : bAA ? 2.0F : 1.0F;
-        Kanvo_Clipper::SetOverFlowMargin(bHQ ? 5.0F : bAA ? 3.0F : 1.0F);
+        Kanvo_Clipper::SetOverFlowMargin(static_cast<Tov_Value>(MarginOf(ulFlags)));
         return Kanvo_Clipper::ClipLine(kA, kB, true, -vRoom, -vRoom, vRoom, vRoom);
     }
     Tov_Value      vTa    = 0.0F;
@@ -198,7 +212,83 @@ Tov_Bool LiesInside(const Kanvo_Bitmap* pBitmap, const Kanvo_Vector2& kPoint)
            kPoint.y < static_cast<Tov_Value>(pBitmap->GetHeight());
 }
 
+//! The coordinates on one axis that lie iMargin inside the clip rectangle, in 16.16. None lies beyond INNER_END, from where
+//! unclipped thin lines draw nothing; nor, therefore, do those that 16.16 cannot hold. Not a number becomes 0, which lies
+//! outside.
+class InnerRange
+{
+public:
+    InnerRange(Tov_UInt uiClipMin, Tov_UInt uiClipMax, Tov_Int iMargin)
+    {
+        const Tov_Int iFirst = static_cast<Tov_Int>(std::min(uiClipMin, INNER_END)) + iMargin;
+        const Tov_Int iEnd   = static_cast<Tov_Int>(std::min(uiClipMax, INNER_END)) - iMargin;
+
+        m_uiFirst = static_cast<Tov_UInt>(iFirst) << 16;
+        m_uiRoom  = static_cast<Tov_UInt>(std::max(iEnd - iFirst, Tov_Int{0})) << 16;
+    }
+    Tov_Bool Holds(Tov_Fixed fxValue) const { return static_cast<Tov_UInt>(fxValue) - m_uiFirst < m_uiRoom; }
+
+private:
+    static constexpr Tov_UInt INNER_END = 2047;
+
+    Tov_UInt m_uiFirst;
+    Tov_UInt m_uiRoom;
+};
+
 }  // namespace
+
+// Random lines run in any direction, and a branch taken wrongly costs as much as five pixels: so ends and axes are chosen by
+// index here.
+template <class PixelType, class OffsetType, class Access, Tov_Bool PATTERNS>
+void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::Draw(Kanvo_Bitmap* pBitmap, const Kanvo_Vector2& kStart,
+                                                                   const Kanvo_Vector2& kEnd, Kanvo_Color kColor,
+                                                                   Tov_Flag ulFlags, Tov_Value vStartWidth,
+                                                                   Tov_Value vEndWidth)
+{
+    if ((PATTERNS && (ulFlags & Kanvo_LF_PATTERN) != 0) ||
+        !(vStartWidth >= 0.0F && vStartWidth <= 1.0F && vEndWidth == vStartWidth))
+    {
+        return DrawLine(pBitmap, kStart, kEnd, kColor, ulFlags, vStartWidth, vEndWidth);
+    }
+    const Tov_Int    iMargin = MarginOf(ulFlags);
+    const InnerRange kX(pBitmap->GetClipMinX(), pBitmap->GetClipMaxX(), iMargin);
+    const InnerRange kY(pBitmap->GetClipMinY(), pBitmap->GetClipMaxY(), iMargin);
+    const Tov_Fixed  afxEnds[2][2] = {{Tov_FltToFix(kStart.x), Tov_FltToFix(kStart.y)},
+                                      {Tov_FltToFix(kEnd.x), Tov_FltToFix(kEnd.y)}};
+    if (!kX.Holds(afxEnds[0][0]) || !kY.Holds(afxEnds[0][1]) || !kX.Holds(afxEnds[1][0]) || !kY.Holds(afxEnds[1][1]))
+    {
+        return DrawLine(pBitmap, kStart, kEnd, kColor, ulFlags, vStartWidth, vEndWidth);
+    }
+    Trak_Count(g_kStat_NumberOfLines, 1.0F);
+    Trak_Count(g_kStat_LineWidth, 1.0F);
+    if ((ulFlags & Kanvo_LF_DO_NOT_CLIP) == 0)
+    {
+        const Trak_PerfScope kScope(g_kPerf_LineClipping);  // that was it
+    }
+    const Trak_PerfScope kScope(g_kPerf_ThinLines);
+    const Tov_Value      avDelta[2] = {kEnd.x - kStart.x, kEnd.y - kStart.y};
+    const Tov_UInt       uiMajor    = std::fabs(avDelta[0]) > std::fabs(avDelta[1]) ? 0 : 1;  // 45 degrees run along y
+    const Tov_UInt       uiFrom     = avDelta[uiMajor] < 0.0F ? 1 : 0;
+    const Tov_Value      vDeltaMaj  = std::fabs(avDelta[uiMajor]);
+    // The same whichever end it starts from.
+    const Tov_Fixed fxIncMin   = vDeltaMaj > 0.001F ? Tov_FltToFix(avDelta[1 - uiMajor] / avDelta[uiMajor]) : 0;
+    const Tov_Fixed fxDeltaMaj = Tov_FltToFix(vDeltaMaj);
+    const Tov_Fixed fxStartMaj = afxEnds[uiFrom][uiMajor];
+    Trak_Count(g_kStat_LineLength, static_cast<Tov_Value>(fxDeltaMaj) / 65536.0F);
+
+    const Kanvo_ThinWalk kWalk(fxStartMaj, afxEnds[uiFrom][1 - uiMajor], fxIncMin, ulFlags);
+    const Tov_Int        iSteps  = ((fxStartMaj + fxDeltaMaj - kWalk.fxPosMaj) >> 16) + 1;
+    const PixelType      pxColor = Access::ColorToPixel(kColor);
+    if ((ulFlags & (Kanvo_LF_ANTIALIAS | Kanvo_LF_HQ_AA)) == 0)
+    {
+        Kanvo_DrawHardPoints<Access>(Kanvo_PixelView{pBitmap->GetBuffer(), pBitmap->GetPitch()}, uiMajor == 0,
+                                     kWalk.fxPosMaj >> 16, kWalk.fxPosMin, fxIncMin, iSteps, pxColor);
+        return;
+    }
+    WithSpans<PixelType, OffsetType, Access, PixelType>(
+        uiMajor == 0, ulFlags,
+        [&](auto kSpans) { kWalk.template DrawInside<decltype(kSpans)>(pBitmap, iSteps, pxColor); });
+}
 
 template <class PixelType, class OffsetType, class Access, Tov_Bool PATTERNS>
 void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::DrawLine(Kanvo_Bitmap*        pBitmap,

@@ -22,6 +22,11 @@ public:
     static void DrawLine(Kanvo_Bitmap* pBitmap, const Kanvo_Vector2& kStart, const Kanvo_Vector2& kEnd,
                          Kanvo_Color kColor, Tov_Flag ulFlags, Tov_Value vStartWidth, Tov_Value vEndWidth);
 
+    //! As DrawLine, and sooner where the line is thin, of one colour, and lies so well inside the clip rectangle that
+    //! nothing is left to be decided, as most lines do.
+    static void Draw(Kanvo_Bitmap* pBitmap, const Kanvo_Vector2& kStart, const Kanvo_Vector2& kEnd, Kanvo_Color kColor,
+                     Tov_Flag ulFlags, Tov_Value vStartWidth, Tov_Value vEndWidth);
+
     //! Draws a disc; a radius of up to 1 is a point. Read of uiFlag: the two quality bits. Numbers that are not finite or
     //! beyond a thousand million draw nothing.
     static void DrawDot(Kanvo_Bitmap* pkDest, Tov_Value vCenterX, Tov_Value vCenterY, Tov_Value vRadius,

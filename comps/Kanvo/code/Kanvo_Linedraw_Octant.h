@@ -123,12 +123,8 @@ public:
                                   const octantData& kPos, const Tov_Flag& flags);
 
 private:
-    static rasterLoop ChooseLoop(Tov_Bool bClip, Tov_Value vStartWidth, Tov_Value vLen);
-
-    static void WideLine(Kanvo_Bitmap* pBitmap, Tov_Value vStartMaj, Tov_Value vStartMin, Tov_Value vDeltaMaj,
-                         Tov_Value vDeltaMin, const Style& kStyle, Tov_Value vStartWidth, Tov_Value vDeltaWidth,
-                         Tov_Flag ulFlags, const Kanvo_Line_clipRange* pkMajClip,
-                         const Kanvo_Line_clipRange* pkMinClip);
+    //! The octant whose spans between two distances are those of this one.
+    using TwoEdges = Kanvo_Linedraw_Octant<Style, typename SpanRender::TwoEdges>;
 };
 
 #endif

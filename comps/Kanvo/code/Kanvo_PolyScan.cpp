@@ -13,13 +13,6 @@ constexpr Tov_Value OFFSET_X = 0.1F;
 constexpr Tov_Value OFFSET_Y = 0.5F;
 constexpr Tov_Value MIN_DY   = 0.01F;  // lower sides have no slope worth the name
 
-//! Where an edge crosses the row it stands at, not beyond its lower end.
-Tov_Value Crossing(const Kanvo_Polygon_Edge& kEdge)
-{
-    const Tov_Bool bBeyond = kEdge.m_vDx >= 0.0F ? kEdge.m_vX2 < kEdge.m_vX : kEdge.m_vX < kEdge.m_vX2;
-    return bBeyond ? kEdge.m_vX2 : kEdge.m_vX;
-}
-
 void SetUpEdge(Kanvo_Polygon_Edge& kEdge, const Kanvo_Coord2D& kPrevious, const Kanvo_Coord2D& kCurrent)
 {
     const Tov_Value vDx = kPrevious.x - kCurrent.x;
@@ -38,7 +31,7 @@ void SetUpEdge(Kanvo_Polygon_Edge& kEdge, const Kanvo_Coord2D& kPrevious, const 
     kEdge.m_vY             = kEdge.m_vY1 + vToRow;
     kEdge.m_vX2            = kEdge.m_vX1 + kEdge.m_vDx;
     kEdge.m_vY2            = kEdge.m_vY1 + kEdge.m_vDy;
-    kEdge.m_vX             = Crossing(kEdge);
+    kEdge.m_vX             = Kanvo_PolyCrossing(kEdge);
 }
 
 using Bucket = Kanvo_Polygon_EdgeBucket;
@@ -164,21 +157,6 @@ Tov_UInt Kanvo_PolyScan::MakeBuckets()
 
 // ---- one row --------------------------------------------------------------------------------------------------------
 
-void Kanvo_PolyScan::EnterRow()
-{
-    for (; m_pkBuckets != nullptr && m_pkBuckets->m_iTop <= m_iRow; m_pkBuckets = m_pkBuckets->m_pkNext)
-    {
-        Activate(*m_pkBuckets);
-    }
-    Advance();
-}
-
-Tov_Bool Kanvo_PolyScan::LeaveRow()
-{
-    ++m_iRow;
-    return m_pkActive != nullptr;
-}
-
 //! Puts the two edges of a bucket into the table, next to each other.
 void Kanvo_PolyScan::Activate(const Kanvo_Polygon_EdgeBucket& kBucket)
 {
@@ -223,7 +201,7 @@ void Kanvo_PolyScan::Advance()
             continue;
         }
         Kanvo_Polygon_Edge& kEdge = *pkEntry->m_pkEdge;
-        kEdge.m_vSpan             = Crossing(kEdge);
+        kEdge.m_vSpan             = Kanvo_PolyCrossing(kEdge);
         kEdge.m_vX += kEdge.m_vIncX;
         if (vPrevious <= kEdge.m_vSpan)
         {

@@ -11,9 +11,17 @@
 #ifndef KANVO_POLYSCAN_H
 #define KANVO_POLYSCAN_H
 
+#include <algorithm>
+
 #include "Kanvo_ColorMath.h"
 #include "Kanvo_PolyBuffers.h"
 #include "Tov_Math.h"
+
+//! Where an edge crosses the row it stands at, not beyond its lower end.
+KANVO_INLINE Tov_Value Kanvo_PolyCrossing(const Kanvo_Polygon_Edge& kEdge)
+{
+    return kEdge.m_vDx >= 0.0F ? std::min(kEdge.m_vX, kEdge.m_vX2) : std::max(kEdge.m_vX, kEdge.m_vX2);
+}
 
 class Kanvo_PolyScan
 {
@@ -33,24 +41,76 @@ public:
             return;
         }
         do {
+            kScan.WalkPair(kSink);
             kScan.EnterRow();
-            for (const Kanvo_Polygon_ActiveEdge* pkEntry                     = kScan.m_pkActive;
-                 pkEntry != nullptr && pkEntry->m_pkNext != nullptr; pkEntry = pkEntry->m_pkNext->m_pkNext)
+            for (const Kanvo_Polygon_ActiveEdge *pkStart = kScan.m_pkActive, *pkEnd = nullptr;
+                 pkStart != nullptr && (pkEnd = pkStart->m_pkNext) != nullptr; pkStart = pkEnd->m_pkNext)
             {
-                const Tov_Value vStart = pkEntry->m_pkEdge->m_vSpan;
-                const Tov_Value vEnd   = pkEntry->m_pkNext->m_pkEdge->m_vSpan - 0.5F;
-                if (vEnd > vStart)
-                {
-                    kSink(kScan.m_iRow, Tov_FltToFix(vStart), Tov_FltToFix(vEnd));
-                }
+                Span(kSink, kScan.m_iRow, pkStart->m_pkEdge->m_vSpan, pkEnd->m_pkEdge->m_vSpan);
             }
         } while (kScan.LeaveRow());
     }
 
 private:
+    template <class Sink>
+    static KANVO_INLINE void Span(Sink& kSink, Tov_Int iRow, Tov_Value vStart, Tov_Value vEnd)
+    {
+        vEnd -= 0.5F;
+        if (vEnd > vStart)
+        {
+            kSink(iRow, Tov_FltToFix(vStart), Tov_FltToFix(vEnd));
+        }
+    }
+
+    //! Two edges are all that most rows have. Does what EnterRow and the spans would do for the rows up to where another edge
+    //! begins, or one of the two ends, crosses the other or comes left of x = 0, where the order has a rule of its own
+    //! (Reinsert).
+    template <class Sink>
+    KANVO_INLINE void WalkPair(Sink& kSink)
+    {
+        if (m_pkActive == nullptr || m_pkActive->m_pkNext == nullptr || m_pkActive->m_pkNext->m_pkNext != nullptr)
+        {
+            return;
+        }
+        const Kanvo_Polygon_ActiveEdge& kLeft  = *m_pkActive;
+        const Kanvo_Polygon_ActiveEdge& kRight = *m_pkActive->m_pkNext;
+        Kanvo_Polygon_Edge&             kStart = *kLeft.m_pkEdge;
+        Kanvo_Polygon_Edge&             kEnd   = *kRight.m_pkEdge;
+        Tov_Int                         iUntil = std::min(kLeft.m_iBottom, kRight.m_iBottom);
+        if (m_pkBuckets != nullptr)
+        {
+            iUntil = std::min(iUntil, m_pkBuckets->m_iTop);
+        }
+        for (; m_iRow < iUntil; ++m_iRow)
+        {
+            const Tov_Value vStart = Kanvo_PolyCrossing(kStart);
+            const Tov_Value vEnd   = Kanvo_PolyCrossing(kEnd);
+            if (!(vStart >= 0.0F && vEnd >= vStart))
+            {
+                return;
+            }
+            kStart.m_vSpan = vStart;
+            kEnd.m_vSpan   = vEnd;
+            kStart.m_vX += kStart.m_vIncX;
+            kEnd.m_vX += kEnd.m_vIncX;
+            Span(kSink, m_iRow, vStart, vEnd);
+        }
+    }
+
     Tov_Bool SetUp(const void* pvValues, Tov_UInt uiCount, Tov_UInt uiPitch);
-    void     EnterRow();
-    Tov_Bool LeaveRow();
+    void     EnterRow()
+    {
+        for (; m_pkBuckets != nullptr && m_pkBuckets->m_iTop <= m_iRow; m_pkBuckets = m_pkBuckets->m_pkNext)
+        {
+            Activate(*m_pkBuckets);
+        }
+        Advance();
+    }
+    Tov_Bool LeaveRow()
+    {
+        ++m_iRow;
+        return m_pkActive != nullptr;
+    }
 
     Tov_UInt MakeEdges(const void* pvValues, Tov_UInt uiCount, Tov_UInt uiPitch);
     Tov_UInt MakeBuckets();

@@ -38,6 +38,14 @@ Tov_Bool IsInReach(const void* pvValues, Tov_UInt uiCount, Tov_UInt uiPitch)
     return true;
 }
 
+//! Kanvo_BlendRunSrcAlpha, to be called: the other spans shall not pay for the registers that it takes.
+template <class Access>
+__attribute__((noinline)) void BlendSpan(typename Access::Offset kOffset, typename Access::Pixel pxColor,
+                                         Tov_Int iCount, Tov_UByte ubAlpha)
+{
+    Kanvo_BlendRunSrcAlpha<Access>(kOffset, pxColor, iCount, ubAlpha);
+}
+
 //! A texture's mask for coordinates in 16.16.
 Tov_UInt FixedMask(Tov_UInt uiMask)
 {
@@ -198,17 +206,27 @@ void Kanvo_Polydraw_NoAA<PixelType, OffsetType, Access>::Polygon(Kanvo_Bitmap* p
                                                                  Tov_UInt uiCount, Tov_UInt uiPitch, PixelType pxColor,
                                                                  Tov_UByte ubAlpha)
 {
-    using Spans = Kanvo_HSpanRender<PixelType, OffsetType, PixelType, Access>;
+    // Values, which writing pixels cannot change: there are more spans than there is to be done for one.
+    const Kanvo_PixelView kView{pkBitmap->GetBuffer(), pkBitmap->GetPitch()};
+    const auto            iLastX   = static_cast<Tov_Int>(std::min(pkBitmap->GetWidth(), MAX_PIXEL + 1)) - 1;
+    const Tov_UInt        uiHeight = pkBitmap->GetHeight();
     Kanvo_PolyScan::Walk(pvValues, uiCount, uiPitch,
                          [=](Tov_Int iRow, Tov_Fixed fxStart, Tov_Fixed fxEnd)
                          {
+                             const Tov_Int iFirst = std::max(fxStart >> 16, Tov_Int{0});
+                             const Tov_Int iCount = std::min(fxEnd >> 16, iLastX) - iFirst + 1;
+                             if (static_cast<Tov_UInt>(iRow) >= uiHeight || iCount <= 0)
+                             {
+                                 return;
+                             }
+                             const OffsetType kOffset = Kanvo_AxisH<Access>::At(kView, iRow, iFirst);
                              if (ubAlpha == 255)
                              {
-                                 Spans::RenderSpan(pkBitmap, Tov_IntToFix(iRow), fxStart, fxEnd, pxColor);
+                                 Kanvo_PutRun<Access>(kOffset, pxColor, iCount);
                              }
                              else
                              {
-                                 Spans::RenderSpanAlpha(pkBitmap, Tov_IntToFix(iRow), fxStart, fxEnd, pxColor, ubAlpha);
+                                 BlendSpan<Access>(kOffset, pxColor, iCount, ubAlpha);
                              }
                          });
 }

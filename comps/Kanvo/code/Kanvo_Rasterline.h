@@ -60,41 +60,7 @@ struct Kanvo_RasterWalk
     template <class SpanRender, class Style, class Span>
     KANVO_INLINE void RunInside(Kanvo_Bitmap* pBitmap, const Kanvo_Line_clipRange& kMaj,
                                 const Kanvo_Line_clipRange& kMin, Tov_Fixed fxDistInc, Tov_Fixed fxDist2,
-                                const Style& kStyle, std::int64_t iSteps, Span kSpan)
-    {
-        using Edges = typename SpanRender::Limits;
-
-        Kanvo_SpanRange kMajors = SpanRender::Majors(pBitmap);
-        kMajors.Limit(kMaj.fxMin >> 16, kMaj.fxMax >> 16);
-        const std::int64_t iMost =
-            std::min<std::int64_t>(kMin.fxMax, std::int64_t{SpanRender::Minors(pBitmap).iLast + 1} * 0x10000) - 0x10000;
-
-        // The distance changes from x1, whose pixel begins up to a pixel before, to x2, whose pixel ends up to one behind.
-        const std::int64_t iSpanEnd = fxSpan + iSteps * fxSpanInc;
-        const std::int64_t iPixels  = (std::max<std::int64_t>(fxSpan, iSpanEnd) * 2 >> 16) + 2;
-        const std::int64_t iAround  = std::abs(std::int64_t{fxDistInc}) + 1;
-        const std::int64_t iAcross  = fxDistInc * iPixels;
-        const std::int64_t iNear    = Edges::FULL + iAround - std::min<std::int64_t>(iAcross, 0);
-        const std::int64_t iFar =
-            std::int64_t{fxDist2} - Edges::FAR_FULL - iAround - std::max<std::int64_t>(iAcross, 0);
-        Kanvo_DrawSteps(
-            iSteps,
-            [&](std::int64_t iStep)
-            {
-                const std::int64_t iMaj      = (fxPosMaj >> 16) + iStep;
-                const std::int64_t iMiddle   = fxPosMin + iStep * fxIncMin;
-                const std::int64_t iSpan     = fxSpan + iStep * fxSpanInc;
-                const std::int64_t iDistance = fxDist + iStep * fxDistStep;
-                return iDistance >= iNear && iDistance <= iFar && iSpan >= 0 && iMiddle - iSpan >= kMin.fxMin &&
-                       iMiddle + iSpan <= iMost && iMaj >= kMajors.iFirst && iMaj <= kMajors.iLast;
-            },
-            [&](Tov_Int iInside)
-            {
-                const Kanvo_PixelView kView{pBitmap->GetBuffer(), pBitmap->GetPitch()};
-                Run(iInside, [&] { SpanRender::DrawBody(kView, fxPosMaj, Lo(), Hi(), fxDist, fxDistInc, kStyle); });
-            },
-            [&] { Run(1, kSpan); });
-    }
+                                const Style& kStyle, std::int64_t iSteps, Span kSpan);
 
     //! Goes over the steps before a major position, as if they had been walked.
     void SkipTo(Tov_Fixed fxMaj)
@@ -109,6 +75,74 @@ struct Kanvo_RasterWalk
         }
     }
 };
+
+//! Which steps of a raster loop have spans that lie inside the clip range and the bitmap and meet neither edge.
+struct Kanvo_RasterBody
+{
+    Kanvo_SpanRange      kMajors;
+    Kanvo_Line_clipRange kMin;
+    std::int64_t         iMost;  //!< the last minor position whose pixel and the one behind it are inside
+    std::int64_t         iNear;
+    std::int64_t         iFar;
+
+    //! Finds them for a walk of iSteps steps. fxFull and fxFarFull: from which distance from either edge on a pixel is
+    //! whole. Called, not copied into each of the loops.
+    __attribute__((noinline)) void Find(const Kanvo_RasterWalk& kWalk, std::int64_t iSteps,
+                                        Kanvo_SpanRange kBitmapMajors, Kanvo_SpanRange kBitmapMinors,
+                                        const Kanvo_Line_clipRange& kMajClip, const Kanvo_Line_clipRange& kMinClip,
+                                        Tov_Fixed fxDistInc, Tov_Fixed fxDist2, Tov_Fixed fxFull, Tov_Fixed fxFarFull)
+    {
+        kMajors = kBitmapMajors;
+        kMajors.Limit(kMajClip.fxMin >> 16, kMajClip.fxMax >> 16);
+        kMin  = kMinClip;
+        iMost = std::min<std::int64_t>(kMin.fxMax, std::int64_t{kBitmapMinors.iLast + 1} * 0x10000) - 0x10000;
+
+        // The distance changes from x1, whose pixel begins up to a pixel before, to x2, whose pixel ends up to one behind.
+        const std::int64_t iSpanEnd = kWalk.fxSpan + iSteps * kWalk.fxSpanInc;
+        const std::int64_t iPixels  = (std::max<std::int64_t>(kWalk.fxSpan, iSpanEnd) * 2 >> 16) + 2;
+        const std::int64_t iAround  = std::abs(std::int64_t{fxDistInc}) + 1;
+        const std::int64_t iAcross  = fxDistInc * iPixels;
+        iNear                       = fxFull + iAround - std::min<std::int64_t>(iAcross, 0);
+        iFar                        = std::int64_t{fxDist2} - fxFarFull - iAround - std::max<std::int64_t>(iAcross, 0);
+    }
+
+    //! Whether the step iStep from where the walk stands is one of them.
+    __attribute__((noinline)) Tov_Bool Has(const Kanvo_RasterWalk& kWalk, std::int64_t iStep) const
+    {
+        const std::int64_t iMaj      = (kWalk.fxPosMaj >> 16) + iStep;
+        const std::int64_t iMiddle   = kWalk.fxPosMin + iStep * kWalk.fxIncMin;
+        const std::int64_t iSpan     = kWalk.fxSpan + iStep * kWalk.fxSpanInc;
+        const std::int64_t iDistance = kWalk.fxDist + iStep * kWalk.fxDistStep;
+        return iDistance >= iNear && iDistance <= iFar && iSpan >= 0 && iMiddle - iSpan >= kMin.fxMin &&
+               iMiddle + iSpan <= iMost && iMaj >= kMajors.iFirst && iMaj <= kMajors.iLast;
+    }
+};
+
+template <class SpanRender, class Style, class Span>
+KANVO_INLINE void Kanvo_RasterWalk::RunInside(Kanvo_Bitmap* pBitmap, const Kanvo_Line_clipRange& kMaj,
+                                              const Kanvo_Line_clipRange& kMin, Tov_Fixed fxDistInc, Tov_Fixed fxDist2,
+                                              const Style& kStyle, std::int64_t iSteps, Span kSpan)
+{
+    using Edges = typename SpanRender::Limits;
+
+    Kanvo_RasterBody kBody;
+    kBody.Find(*this, iSteps, SpanRender::Majors(pBitmap), SpanRender::Minors(pBitmap), kMaj, kMin, fxDistInc, fxDist2,
+               Edges::FULL, Edges::FAR_FULL);
+    Kanvo_DrawSteps(
+        iSteps, [&](std::int64_t iStep) { return kBody.Has(*this, iStep); },
+        [&](Tov_Int iInside)
+        {
+            const Kanvo_PixelView kView{pBitmap->GetBuffer(), pBitmap->GetPitch()};
+            Kanvo_RasterWalk      kWalk = *this;  // a copy, which writing pixels cannot change
+            kWalk.Run(iInside,
+                      [&] {
+                          SpanRender::DrawBody(kView, kWalk.fxPosMaj, kWalk.Lo(), kWalk.Hi(), kWalk.fxDist, fxDistInc,
+                                               kStyle);
+                      });
+            *this = kWalk;
+        },
+        [&] { Run(1, kSpan); });
+}
 
 //! A line shorter than wide: every span may meet both ends.
 template <class Style, class SpanRender>
@@ -159,7 +193,7 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::rasterLongV(Kanvo_Bitmap* pBitmap
 template <class Style, class SpanRender>
 void Kanvo_Linedraw_Octant<Style, SpanRender>::rasterShortClip(Kanvo_Bitmap* pBitmap, const Style& kStyle,
                                                                const rasterData& kData, const octantData& kPos,
-                                                               const Tov_Flag& flags)
+                                                               const Tov_Flag& /*flags*/)
 {
     const Kanvo_Line_clipRange& kMaj  = kPos.kMajClip;
     const Kanvo_Line_clipRange& kMin  = kPos.kMinClip;
@@ -167,34 +201,31 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::rasterShortClip(Kanvo_Bitmap* pBi
     Kanvo_RasterWalk            kWalk(kData, kPos);
     kWalk.SkipTo(kMaj.fxMin);
     const std::int64_t iSteps = Kanvo_StepsUpTo(kWalk.fxPosMaj, std::min(kData.fxEndMaj, kMaj.fxMax));
-    const Tov_Bool     bSoft  = (flags & (Kanvo_LF_ANTIALIAS | Kanvo_LF_HQ_AA)) != 0;
     kWalk.template RunInside<SpanRender>(
         pBitmap, kMaj, kMin, kPos.fxNormalMin, fxFar, kStyle, iSteps,
         [&]
         {
             const Tov_Fixed fxLo = kWalk.Lo();
             const Tov_Fixed fxHi = kWalk.Hi();
-            if (bSoft)
+            if constexpr (SpanRender::Limits::SOFT)
             {
                 SpanRender::RenderSpan2Edge(pBitmap, kWalk.fxPosMaj, fxLo, fxHi, kWalk.fxDist, kPos.fxNormalMin, fxFar,
                                             0, kStyle, kMin.fxMax, kMin.fxMin, kMaj.fxMax, kMaj.fxMin);
-                return;
             }
-            if (kMin.fxMin > fxHi || Tov_FixAdd(kMin.fxMax, 0x10000) < fxLo)
+            else if (kMin.fxMin <= fxHi && Tov_FixAdd(kMin.fxMax, 0x10000) >= fxLo)
             {
-                return;
+                // The part cut off at the start goes along, so that the distance still refers to the whole span.
+                const Tov_Fixed fxClip  = std::min(Tov_FixSub(fxLo, kMin.fxMin), Tov_Fixed{0});
+                Tov_Fixed       fxFrom  = Tov_FixSub(fxLo, fxClip);
+                Tov_Fixed       fxUntil = std::min(fxHi, kMin.fxMax);
+                if (fxFrom > fxUntil)
+                {
+                    fxUntil = std::max(fxUntil, kMin.fxMin);
+                    fxFrom  = fxUntil;
+                }
+                SpanRender::RenderSpan2Edge(pBitmap, kWalk.fxPosMaj, fxFrom, fxUntil, kWalk.fxDist, kPos.fxNormalMin,
+                                            fxFar, fxClip, kStyle);
             }
-            // The part cut off at the start goes along, so that the distance still refers to the whole span.
-            const Tov_Fixed fxClip  = std::min(Tov_FixSub(fxLo, kMin.fxMin), Tov_Fixed{0});
-            Tov_Fixed       fxFrom  = Tov_FixSub(fxLo, fxClip);
-            Tov_Fixed       fxUntil = std::min(fxHi, kMin.fxMax);
-            if (fxFrom > fxUntil)
-            {
-                fxUntil = std::max(fxUntil, kMin.fxMin);
-                fxFrom  = fxUntil;
-            }
-            SpanRender::RenderSpan2Edge(pBitmap, kWalk.fxPosMaj, fxFrom, fxUntil, kWalk.fxDist, kPos.fxNormalMin, fxFar,
-                                        fxClip, kStyle);
         });
 }
 

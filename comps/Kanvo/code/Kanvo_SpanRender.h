@@ -3,12 +3,15 @@
 #ifndef KANVO_SPANRENDER_H
 #define KANVO_SPANRENDER_H
 
+#include <cstddef>
+
 #include "Kanvo_Spandraw.h"
 
 //! A pixel is written whole or not at all.
 template <class Access>
 struct Kanvo_HardEdges
 {
+    static constexpr Tov_Bool  SOFT     = false;
     static constexpr Tov_Fixed FULL     = 1;
     static constexpr Tov_Fixed FAR_FULL = 0;
 
@@ -30,6 +33,39 @@ struct Kanvo_HardEdges
     }
 };
 
+//! Points of a line that lie inside the bitmap: point i at (iMajor + i, fxMinor + i fxInc). bMajorInRow: whether steps along
+//! the major axis stay in a row. Asked here, not compiled twice: the loop is the same along both axes, and which way the next
+//! line runs no processor foresees.
+template <class Access>
+void Kanvo_DrawHardPoints(const Kanvo_PixelView& kView, Tov_Bool bMajorInRow, Tov_Int iMajor, Tov_Fixed fxMinor,
+                          Tov_Fixed fxInc, Tov_Int iCount, typename Access::Pixel pxColor)
+{
+    constexpr Tov_Fixed SHALLOW = 0x10000 / 12;  // runs of so many pixels are worth a division
+    if (bMajorInRow && Tov_FixAbs(fxInc) <= SHALLOW)
+    {
+        while (iCount > 0)
+        {
+            const Tov_Int iRun = std::min(iCount, Kanvo_StepsInPixel(fxMinor, fxInc));
+            Kanvo_PutRun<Access>(Kanvo_AxisV<Access>::At(kView, iMajor, fxMinor >> 16), pxColor, iRun);
+            iMajor += iRun;
+            iCount -= iRun;
+            fxMinor = Tov_FixAdd(fxMinor, Tov_IntMul(fxInc, iRun));
+        }
+        return;
+    }
+    constexpr auto       PIXEL    = static_cast<std::ptrdiff_t>(sizeof(typename Access::Pixel));
+    const auto           iPitch   = static_cast<std::ptrdiff_t>(kView.uiPitch);
+    const std::ptrdiff_t iAlong   = bMajorInRow ? PIXEL : iPitch;
+    const std::ptrdiff_t iAcross  = bMajorInRow ? iPitch : PIXEL;
+    Tov_UByte*           pubMajor = static_cast<Tov_UByte*>(kView.pBuffer) + iMajor * iAlong;
+    for (; iCount > 0; --iCount)
+    {
+        Access::PutPixel(reinterpret_cast<typename Access::Offset>(pubMajor + (fxMinor >> 16) * iAcross), pxColor);
+        pubMajor += iAlong;
+        fxMinor = Tov_FixAdd(fxMinor, fxInc);
+    }
+}
+
 //! Static methods over an axis and a style: a pixel value for colour lines, a Kanvo_Line_patternStyle* for pattern
 //! lines, whose only methods in use are RenderSpanPattern2Edge. Coordinates and distances are 16.16; y is the major
 //! coordinate, x the minor one. Pixels outside the bitmap are left out.
@@ -42,30 +78,10 @@ public:
     static constexpr Tov_Int POINT_PIXELS = 1;
 
     //! Points of a line that lie inside the bitmap, as RenderPixel each: point i at (iMajor + i, fxMinor + i fxInc).
-    static KANVO_INLINE void DrawPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor,
-                                        Tov_Fixed fxInc, Tov_Int iCount, Kanvo_PixelARGB32 pxColor)
+    static void DrawPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor, Tov_Fixed fxInc,
+                           Tov_Int iCount, Kanvo_PixelARGB32 pxColor)
     {
-        if constexpr (Axis::MAJOR_IN_ROW)
-        {
-            constexpr Tov_Fixed SHALLOW = 0x10000 / 12;  // runs of so many pixels are worth a division
-            if (Tov_FixAbs(fxInc) <= SHALLOW)
-            {
-                while (iCount > 0)
-                {
-                    const Tov_Int iRun = std::min(iCount, Kanvo_StepsInPixel(fxMinor, fxInc));
-                    Kanvo_PutRun<Access>(Axis::At(kView, iMajor, fxMinor >> 16), pxColor, iRun);
-                    iMajor += iRun;
-                    iCount -= iRun;
-                    fxMinor = Tov_FixAdd(fxMinor, Tov_IntMul(fxInc, iRun));
-                }
-                return;
-            }
-        }
-        for (; iCount > 0; --iCount)
-        {
-            Access::PutPixel(Axis::At(kView, iMajor++, fxMinor >> 16), pxColor);
-            fxMinor = Tov_FixAdd(fxMinor, fxInc);
-        }
+        Kanvo_DrawHardPoints<Access>(kView, Axis::MAJOR_IN_ROW, iMajor, fxMinor, fxInc, iCount, pxColor);
     }
 
     //! The pixel that holds the point.

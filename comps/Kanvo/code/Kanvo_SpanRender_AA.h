@@ -10,6 +10,7 @@
 template <class Access>
 struct Kanvo_SoftEdges
 {
+    static constexpr Tov_Bool  SOFT     = true;
     static constexpr Tov_Fixed FULL     = 0x10000;
     static constexpr Tov_Fixed FAR_FULL = 0x10000;
 
@@ -62,8 +63,8 @@ public:
     static constexpr Tov_Int POINT_PIXELS = 2;
 
     //! Points of a line that lie inside the bitmap, as RenderPixel each.
-    static KANVO_INLINE void DrawPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor,
-                                        Tov_Fixed fxInc, Tov_Int iCount, Kanvo_PixelARGB32 pxColor)
+    static void DrawPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor, Tov_Fixed fxInc,
+                           Tov_Int iCount, Kanvo_PixelARGB32 pxColor)
     {
         Kanvo_DrawSoftPoints<Axis, Access, POINT_PIXELS>(
             kView, iMajor, fxMinor, fxInc, iCount, pxColor,

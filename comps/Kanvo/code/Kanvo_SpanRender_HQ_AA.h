@@ -15,8 +15,8 @@ public:
     static constexpr Tov_Int POINT_PIXELS = 4;
 
     //! Points of a line that lie inside the bitmap, as RenderPixel each.
-    static KANVO_INLINE void DrawPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor,
-                                        Tov_Fixed fxInc, Tov_Int iCount, Kanvo_PixelARGB32 pxColor)
+    static void DrawPoints(const Kanvo_PixelView& kView, Tov_Int iMajor, Tov_Fixed fxMinor, Tov_Fixed fxInc,
+                           Tov_Int iCount, Kanvo_PixelARGB32 pxColor)
     {
         Kanvo_DrawSoftPoints<Axis, Access, POINT_PIXELS>(kView, iMajor, fxMinor, fxInc, iCount, pxColor, &Tap);
     }

@@ -11,6 +11,22 @@ struct Kanvo_ThinWalk
     Tov_Fixed fxPosMin;
     Tov_Fixed fxIncMin;
 
+    //! The first point of a line.
+    KANVO_INLINE Kanvo_ThinWalk(Tov_Fixed fxStartMaj, Tov_Fixed fxStartMin, Tov_Fixed fxInc, Tov_Flag ulFlags)
+        : fxPosMaj(Tov_FixAdd(fxStartMaj, 32767) & ~0xFFFF),  // nearest pixel, a half rounds down
+          fxPosMin(Tov_FixAdd(fxStartMin, Tov_IntMul(Tov_FixSub(fxPosMaj, fxStartMaj) >> 8, fxInc >> 8))),
+          fxIncMin(fxInc)
+    {
+        if ((ulFlags & Kanvo_LF_ANTIALIAS) == 0)
+        {
+            fxPosMin = Tov_FixAdd(fxPosMin, 32768);  // nearest pixel here too; an anti-aliased point is split exactly
+        }
+        if ((ulFlags & Kanvo_LF_HQ_AA) != 0)
+        {
+            fxPosMin = Tov_FixSub(fxPosMin, 95027);  // 1.45 pixels: to the first tap of the filter
+        }
+    }
+
     //! Draws iSteps points: those that lie in both ranges with all their pixels at once, others by kPoint().
     template <class SpanRender, class Style, class Point>
     KANVO_INLINE void Draw(const Kanvo_Bitmap* pBitmap, std::int64_t iSteps, const Kanvo_SpanRange& kMajors,
@@ -21,8 +37,7 @@ struct Kanvo_ThinWalk
             iSteps, [&](std::int64_t iStep) { return Lies(iStep, kMajors, kMinors); },
             [&](Tov_Int iInside)
             {
-                SpanRender::DrawPoints(Kanvo_PixelView{pBitmap->GetBuffer(), pBitmap->GetPitch()}, fxPosMaj >> 16,
-                                       fxPosMin, fxIncMin, iInside, kStyle);
+                DrawInside<SpanRender>(pBitmap, iInside, kStyle);
                 Skip(iInside);
             },
             [&]
@@ -32,8 +47,17 @@ struct Kanvo_ThinWalk
             });
     }
 
+    //! Draws iSteps points that lie inside the bitmap with all their pixels.
+    template <class SpanRender, class Style>
+    KANVO_INLINE void DrawInside(const Kanvo_Bitmap* pBitmap, Tov_Int iSteps, const Style& kStyle) const
+    {
+        SpanRender::DrawPoints(Kanvo_PixelView{pBitmap->GetBuffer(), pBitmap->GetPitch()}, fxPosMaj >> 16, fxPosMin,
+                               fxIncMin, iSteps, kStyle);
+    }
+
 private:
-    KANVO_INLINE Tov_Bool Lies(std::int64_t iStep, const Kanvo_SpanRange& kMajors, const Kanvo_SpanRange& kMinors) const
+    __attribute__((noinline)) Tov_Bool Lies(std::int64_t iStep, const Kanvo_SpanRange& kMajors,
+                                            const Kanvo_SpanRange& kMinors) const
     {
         const std::int64_t iMaj = (fxPosMaj >> 16) + iStep;
         const std::int64_t iMin = (fxPosMin + iStep * fxIncMin) >> 16;
@@ -69,21 +93,11 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::ThinLineInner(Kanvo_Bitmap* pBitm
 {
     Trak_Count(g_kStat_LineLength, static_cast<Tov_Value>(fxDeltaMaj) / 65536.0F);
 
-    Tov_Fixed fxPosMaj = Tov_FixAdd(fxStartMaj, 32767) & ~0xFFFF;  // nearest pixel, a half rounds down
-    Tov_Fixed fxPosMin = Tov_FixAdd(fxStartMin, Tov_IntMul(Tov_FixSub(fxPosMaj, fxStartMaj) >> 8, fxIncMin >> 8));
-    if ((ulFlags & Kanvo_LF_ANTIALIAS) == 0)
+    Kanvo_ThinWalk kWalk(fxStartMaj, fxStartMin, fxIncMin, ulFlags);
+    if ((ulFlags & Kanvo_LF_HQ_AA) != 0 && kWalk.fxPosMin < fxMinMin)
     {
-        fxPosMin = Tov_FixAdd(fxPosMin, 32768);  // nearest pixel here too; an anti-aliased point is split exactly
+        uiCode |= CB_OUTOFBOUND;
     }
-    if ((ulFlags & Kanvo_LF_HQ_AA) != 0)
-    {
-        fxPosMin = Tov_FixSub(fxPosMin, 95027);  // 1.45 pixels: to the first tap of the filter
-        if (fxPosMin < fxMinMin)
-        {
-            uiCode |= CB_OUTOFBOUND;
-        }
-    }
-    Kanvo_ThinWalk  kWalk{fxPosMaj, fxPosMin, fxIncMin};
     std::int64_t    iEndMaj  = std::int64_t{fxStartMaj} + fxDeltaMaj;  // may lie beyond the upper end of 16.16
     Kanvo_SpanRange kMajors  = SpanRender::Majors(pBitmap);
     Kanvo_SpanRange kMinors  = SpanRender::Minors(pBitmap);
@@ -96,7 +110,7 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::ThinLineInner(Kanvo_Bitmap* pBitm
         kMajors.Limit(fxMinMaj >> 16, fxMaxMaj >> 16);
         kMinors.Limit(fxMinMin >> 16, fxMaxMin >> 16);
     }
-    kWalk.template Draw<SpanRender>(pBitmap, Kanvo_StepsUpTo(fxPosMaj, std::min<std::int64_t>(iEndMaj, fxMaxMaj)),
+    kWalk.template Draw<SpanRender>(pBitmap, Kanvo_StepsUpTo(kWalk.fxPosMaj, std::min<std::int64_t>(iEndMaj, fxMaxMaj)),
                                     kMajors, kMinors, kStyle,
                                     [&]
                                     {

@@ -7,6 +7,9 @@
 template <class PixelType, class OffsetType, class Style, class Access>
 class Kanvo_VSpanRender : public Kanvo_SpanRender<Kanvo_AxisV<Access>, Style, Access>
 {
+public:
+    //! Whose spans between two distances it draws.
+    using TwoEdges = Kanvo_VSpanRender;
 };
 
 #endif

@@ -1,83 +1,11 @@
 // Kanvo_Wideline: fits a wide line's ends and span geometry into a rasterData and runs a raster loop of Kanvo_Rasterline.
-// Fed by Kanvo_Linedraw.
+// Fed by Kanvo_Linedraw. Nothing here depends on how a span is drawn until the loop is chosen, and is compiled once.
 #ifndef KANVO_WIDELINE_H
 #define KANVO_WIDELINE_H
 
 #include <type_traits>
 
 #include "Kanvo_Rasterline.h"
-
-template <class Style, class SpanRender>
-typename Kanvo_Linedraw_Octant<Style, SpanRender>::rasterLoop Kanvo_Linedraw_Octant<Style, SpanRender>::ChooseLoop(
-    Tov_Bool bClip, Tov_Value vStartWidth, Tov_Value vLen)
-{
-    if constexpr (std::is_pointer_v<Style>)
-    {
-        return bClip ? &rasterPatternClip : &rasterPatternV;
-    }
-    else
-    {
-        return bClip ? &rasterShortClip : vStartWidth > vLen ? &rasterShort : &rasterLongV;
-    }
-}
-
-template <class Style, class SpanRender>
-void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineOctant(Kanvo_Bitmap* pBitmap, Tov_Value vStartMaj,
-                                                              Tov_Value vStartMin, Tov_Value vDeltaMaj,
-                                                              Tov_Value vDeltaMin, const Style& kStyle,
-                                                              Tov_Value vStartWidth, Tov_Value vDeltaWidth,
-                                                              Tov_Flag ulFlags)
-{
-    WideLine(pBitmap, vStartMaj, vStartMin, vDeltaMaj, vDeltaMin, kStyle, vStartWidth, vDeltaWidth, ulFlags, nullptr,
-             nullptr);
-}
-
-template <class Style, class SpanRender>
-void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineOctantClip(
-    Kanvo_Bitmap* pBitmap, Tov_Value vStartMaj, Tov_Value vStartMin, Tov_Value vDeltaMaj, Tov_Value vDeltaMin,
-    const Style& kStyle, Tov_Value vStartWidth, Tov_Value vDeltaWidth, Tov_Flag ulFlags,
-    const Kanvo_Line_clipRange& kMajClip, const Kanvo_Line_clipRange& kMinClip)
-{
-    WideLine(pBitmap, vStartMaj, vStartMin, vDeltaMaj, vDeltaMin, kStyle, vStartWidth, vDeltaWidth, ulFlags, &kMajClip,
-             &kMinClip);
-}
-
-template <class Style, class SpanRender>
-void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLine(Kanvo_Bitmap* pBitmap, Tov_Value vStartMaj, Tov_Value vStartMin,
-                                                        Tov_Value vDeltaMaj, Tov_Value vDeltaMin, const Style& kStyle,
-                                                        Tov_Value vStartWidth, Tov_Value vDeltaWidth, Tov_Flag ulFlags,
-                                                        const Kanvo_Line_clipRange* pkMajClip,
-                                                        const Kanvo_Line_clipRange* pkMinClip)
-{
-    if (vStartWidth < 1.0F)
-    {
-        vStartWidth = 1.0F;
-    }
-    const Tov_Value vWidthFactor = vDeltaWidth != 0.0F ? vDeltaWidth / vStartWidth : 0.0F;
-    const Tov_Value vLen         = Tov_FltLen2(vDeltaMaj, vDeltaMin);
-    if (vLen <= 0.0001F)
-    {
-        return;
-    }
-    const Tov_Value vNr     = 1.0F / vLen;
-    const Tov_Value vIncMin = vDeltaMaj > 0.1F ? vDeltaMin / vDeltaMaj : 0.0F;
-    octantData      kPos{Tov_FltToFix(vStartMaj),
-                    Tov_FltToFix(vStartMin),
-                    Tov_FltToFix(vDeltaMaj),
-                    Tov_FltToFix(vDeltaMin),
-                    Tov_FltToFix(vDeltaMaj * vNr),
-                    Tov_FltToFix(vDeltaMin * vNr),
-                    Tov_FltToFix(vLen),
-                    {},
-                    {}};
-    if (pkMajClip != nullptr)
-    {
-        kPos.kMajClip = *pkMajClip;
-        kPos.kMinClip = *pkMinClip;
-    }
-    WideLineInner(pBitmap, kPos, Tov_FltToFix(vIncMin), kStyle, Tov_FltToFix(vStartWidth), Tov_FltToFix(vWidthFactor),
-                  ulFlags, ChooseLoop(pkMajClip != nullptr, vStartWidth, vLen));
-}
 
 //! Lengthens a line at its ends, by the wide-style flags: clipped lines (WIDE_S and WIDE_2) by an eighth of the width at
 //! each end, narrow ones (WIDE_S) by a quarter, others by one pixel at the end. fxOut: half the width along the line.
@@ -104,14 +32,12 @@ inline void Kanvo_ExtendWideLine(octantData& kPos, Tov_Fixed fxOutMaj, Tov_Fixed
     }
 }
 
-template <class Style, class SpanRender>
-void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineInner(Kanvo_Bitmap* pBitmap, octantData& kPos,
-                                                             Tov_Fixed fxIncMin, const Style& kStyle,
-                                                             Tov_Fixed fxLineWidth, Tov_Fixed fxWidthFactor,
-                                                             Tov_Flag ulFlags, rasterLoop pRaster)
+//! Lengthens a measured line and fits the ends and the spans of its body.
+__attribute__((noinline)) inline rasterData Kanvo_FitWideLine(octantData& kPos, Tov_Fixed fxIncMin,
+                                                              Tov_Fixed fxLineWidth, Tov_Fixed fxWidthFactor,
+                                                              Tov_Flag ulFlags)
 {
-    Trak_Count(g_kStat_LineLength, static_cast<Tov_Value>(kPos.fxDeltaMaj) / 65536.0F);
-
+    rasterData      kData{};
     const Tov_Fixed fxHalf   = fxLineWidth / 2;
     const Tov_Fixed fxOutMaj = Tov_FixMul_RZA1H(fxHalf, kPos.fxNormalMaj);
     const Tov_Fixed fxOutMin = Tov_FixMul_RZA1H(fxHalf, kPos.fxNormalMin);
@@ -120,8 +46,7 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineInner(Kanvo_Bitmap* pBitm
 
     // Beyond the upper end of 16.16 there is nothing to draw, so the end is held there, not wrapped.
     const std::int64_t iEndMaj = std::int64_t{kPos.fxStartMaj} + kPos.fxDeltaMaj;
-    rasterData         kData{};
-    kData.fxSpan = Tov_FixAdd(Tov_IntMul(fxOutMin >> 8, fxIncMin >> 8), fxOutMaj);
+    kData.fxSpan               = Tov_FixAdd(Tov_IntMul(fxOutMin >> 8, fxIncMin >> 8), fxOutMaj);
     if (fxWidthFactor != 0 && kPos.fxDeltaMaj > 0)
     {
         kData.fxSpanInc = Tov_FixDiv(Tov_FixMul_RZA1H(fxWidthFactor, kData.fxSpan), kPos.fxDeltaMaj);
@@ -149,7 +74,105 @@ void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineInner(Kanvo_Bitmap* pBitm
     {
         kData.fxPosMin = Tov_FixAdd(kData.fxPosMin, 32768);
     }
+    return kData;
+}
+
+//! A wide line as WideLineInner takes it.
+struct Kanvo_WideLine
+{
+    octantData kPos;
+    Tov_Fixed  fxIncMin;
+    Tov_Fixed  fxLineWidth;
+    Tov_Fixed  fxWidthFactor;
+    Tov_Bool   bVisible;  //!< it has a length
+    Tov_Bool   bShort;    //!< it is shorter than wide
+};
+
+//! Measures a line in pixels. Called, not copied into each of the octants.
+__attribute__((noinline)) inline Kanvo_WideLine Kanvo_MeasureWideLine(Tov_Value vStartMaj, Tov_Value vStartMin,
+                                                                      Tov_Value vDeltaMaj, Tov_Value vDeltaMin,
+                                                                      Tov_Value vStartWidth, Tov_Value vDeltaWidth)
+{
+    vStartWidth          = std::max(1.0F, vStartWidth);
+    const Tov_Value vLen = Tov_FltLen2(vDeltaMaj, vDeltaMin);
+    Kanvo_WideLine  kLine{};
+    kLine.bVisible = !(vLen <= 0.0001F);
+    if (kLine.bVisible)
+    {
+        const Tov_Value vNr    = 1.0F / vLen;
+        kLine.kPos.fxStartMaj  = Tov_FltToFix(vStartMaj);
+        kLine.kPos.fxStartMin  = Tov_FltToFix(vStartMin);
+        kLine.kPos.fxDeltaMaj  = Tov_FltToFix(vDeltaMaj);
+        kLine.kPos.fxDeltaMin  = Tov_FltToFix(vDeltaMin);
+        kLine.kPos.fxNormalMaj = Tov_FltToFix(vDeltaMaj * vNr);
+        kLine.kPos.fxNormalMin = Tov_FltToFix(vDeltaMin * vNr);
+        kLine.kPos.fxLen       = Tov_FltToFix(vLen);
+        kLine.fxIncMin         = vDeltaMaj > 0.1F ? Tov_FltToFix(vDeltaMin / vDeltaMaj) : 0;
+        kLine.fxLineWidth      = Tov_FltToFix(vStartWidth);
+        kLine.fxWidthFactor    = vDeltaWidth != 0.0F ? Tov_FltToFix(vDeltaWidth / vStartWidth) : 0;
+        kLine.bShort           = vStartWidth > vLen;
+    }
+    return kLine;
+}
+
+template <class Style, class SpanRender>
+void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineInner(Kanvo_Bitmap* pBitmap, octantData& kPos,
+                                                             Tov_Fixed fxIncMin, const Style& kStyle,
+                                                             Tov_Fixed fxLineWidth, Tov_Fixed fxWidthFactor,
+                                                             Tov_Flag ulFlags, rasterLoop pRaster)
+{
+    Trak_Count(g_kStat_LineLength, static_cast<Tov_Value>(kPos.fxDeltaMaj) / 65536.0F);
+    const rasterData kData = Kanvo_FitWideLine(kPos, fxIncMin, fxLineWidth, fxWidthFactor, ulFlags);
     pRaster(pBitmap, kStyle, kData, kPos, ulFlags);
+}
+
+template <class Style, class SpanRender>
+void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineOctant(Kanvo_Bitmap* pBitmap, Tov_Value vStartMaj,
+                                                              Tov_Value vStartMin, Tov_Value vDeltaMaj,
+                                                              Tov_Value vDeltaMin, const Style& kStyle,
+                                                              Tov_Value vStartWidth, Tov_Value vDeltaWidth,
+                                                              Tov_Flag ulFlags)
+{
+    Kanvo_WideLine kLine = Kanvo_MeasureWideLine(vStartMaj, vStartMin, vDeltaMaj, vDeltaMin, vStartWidth, vDeltaWidth);
+    if (kLine.bVisible)
+    {
+        rasterLoop pRaster = nullptr;
+        if constexpr (std::is_pointer_v<Style>)
+        {
+            pRaster = &TwoEdges::rasterPatternV;
+        }
+        else
+        {
+            pRaster = kLine.bShort ? &TwoEdges::rasterShort : &rasterLongV;
+        }
+        WideLineInner(pBitmap, kLine.kPos, kLine.fxIncMin, kStyle, kLine.fxLineWidth, kLine.fxWidthFactor, ulFlags,
+                      pRaster);
+    }
+}
+
+template <class Style, class SpanRender>
+void Kanvo_Linedraw_Octant<Style, SpanRender>::WideLineOctantClip(
+    Kanvo_Bitmap* pBitmap, Tov_Value vStartMaj, Tov_Value vStartMin, Tov_Value vDeltaMaj, Tov_Value vDeltaMin,
+    const Style& kStyle, Tov_Value vStartWidth, Tov_Value vDeltaWidth, Tov_Flag ulFlags,
+    const Kanvo_Line_clipRange& kMajClip, const Kanvo_Line_clipRange& kMinClip)
+{
+    Kanvo_WideLine kLine = Kanvo_MeasureWideLine(vStartMaj, vStartMin, vDeltaMaj, vDeltaMin, vStartWidth, vDeltaWidth);
+    if (kLine.bVisible)
+    {
+        rasterLoop pRaster = nullptr;
+        if constexpr (std::is_pointer_v<Style>)
+        {
+            pRaster = &TwoEdges::rasterPatternClip;
+        }
+        else
+        {
+            pRaster = &TwoEdges::rasterShortClip;
+        }
+        kLine.kPos.kMajClip = kMajClip;
+        kLine.kPos.kMinClip = kMinClip;
+        WideLineInner(pBitmap, kLine.kPos, kLine.fxIncMin, kStyle, kLine.fxLineWidth, kLine.fxWidthFactor, ulFlags,
+                      pRaster);
+    }
 }
 
 #endif

@@ -267,6 +267,34 @@ private:
     Pixels m_kAlphaGreen;
 };
 
+//! BlendPixel of one colour at alpha 255, which leaves every pixel opaque: the alpha lane forgets what it was.
+class BlendWholeColor
+{
+public:
+    explicit BlendWholeColor(Kanvo_ColorARGB32 clColor)
+        : m_kRest(_mm256_set1_epi16(256 - WEIGHT)),
+          m_kRestGreen(Splat(256 - WEIGHT)),
+          m_kRedBlue(_mm256_mullo_epi16(RedBlue(clColor), _mm256_set1_epi16(WEIGHT))),
+          m_kAlphaGreen(Splat(0xFF000000U | (((clColor >> 8) & 0xFFU) * WEIGHT)))
+    {
+    }
+
+    KANVO_INLINE Pixels operator()(Pixels kDst) const
+    {
+        return JoinSums(
+            _mm256_add_epi16(_mm256_mullo_epi16(_mm256_and_si256(kDst, Splat(KANVO_LANES)), m_kRest), m_kRedBlue),
+            _mm256_add_epi16(_mm256_mullo_epi16(_mm256_srli_epi16(kDst, 8), m_kRestGreen), m_kAlphaGreen));
+    }
+
+private:
+    static constexpr Tov_Short WEIGHT = 254;  // 127 / 128
+
+    Pixels m_kRest;
+    Pixels m_kRestGreen;
+    Pixels m_kRedBlue;
+    Pixels m_kAlphaGreen;
+};
+
 //! Eight RGB565 pixels as ARGB32 of alpha 0. Bits are repeated by multiplication: r5 * 33 / 4 and g6 * 65 / 16 are the
 //! high halves of (r5 << 11) * 264 and (g6 << 10) * 260.
 KANVO_INLINE Pixels Expand565(__m128i kHalf)
@@ -669,6 +697,37 @@ KANVO_INLINE void DrawRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Source kSou
     }
 }
 
+//! Replaces every pixel of a row by kRule(pixel). The last ones are calculated before anything is written, as above.
+template <class Rule>
+KANVO_INLINE void ChangeRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Rule kRule)
+{
+    if (uiCount < LANES)
+    {
+        StoreFew(kDst, kRule(LoadFew(kDst, uiCount)), uiCount);
+        return;
+    }
+    const Kanvo_OffsetARGB32 kLast   = kDst + (uiCount - LANES);
+    const Pixels             kResult = kRule(Load(kLast));
+    if (uiCount < 2 * LANES)
+    {
+        Store(kDst, kRule(Load(kDst)));
+    }
+    else
+    {
+        const Kanvo_OffsetARGB32 kLastButOne   = kLast - LANES;
+        const Pixels             kResultBefore = kRule(Load(kLastButOne));
+        for (; kDst < kLastButOne; kDst += 2 * LANES)
+        {
+            const Pixels kLow  = kRule(Load(kDst));
+            const Pixels kHigh = kRule(Load(kDst + LANES));
+            Store(kDst, kLow);
+            Store(kDst + LANES, kHigh);
+        }
+        Store(kLastButOne, kResultBefore);
+    }
+    Store(kLast, kResult);
+}
+
 //! Stores what the source gives, over a row that shares no memory with it.
 template <class Source>
 KANVO_INLINE void StoreRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Source kSource)
@@ -712,18 +771,32 @@ struct RowsAVX2
             __asm__ volatile("rep stosl" : "+D"(kDst), "+c"(uiLeft) : "a"(pxPixel) : "memory");
             return;
         }
-        const Kanvo_OffsetARGB32 kEnd  = kDst + uiCount;
-        const Kanvo_OffsetARGB32 kLast = kEnd - LANES;
-        for (; static_cast<std::size_t>(kEnd - kDst) >= 4 * LANES; kDst += 4 * LANES)
+        // By four registers at a time and the last four where the row ends: how long the next row is no processor foresees,
+        // and the fewer rounds there are, the fewer are guessed wrongly.
+        constexpr std::size_t    BLOCK = 4 * LANES;
+        const Kanvo_OffsetARGB32 kLast = kDst + (uiCount - LANES);
+        if (uiCount <= 2 * LANES)
+        {
+            Store(kDst, kPixels);
+        }
+        else if (uiCount < BLOCK)
         {
             Store(kDst, kPixels);
             Store(kDst + LANES, kPixels);
-            Store(kDst + 2 * LANES, kPixels);
-            Store(kDst + 3 * LANES, kPixels);
+            Store(kLast - LANES, kPixels);
         }
-        for (; kDst < kLast; kDst += LANES)
+        else
         {
-            Store(kDst, kPixels);
+            for (const Kanvo_OffsetARGB32 kEnd = kLast - 3 * LANES; kDst < kEnd; kDst += BLOCK)
+            {
+                Store(kDst, kPixels);
+                Store(kDst + LANES, kPixels);
+                Store(kDst + 2 * LANES, kPixels);
+                Store(kDst + 3 * LANES, kPixels);
+            }
+            Store(kLast - 3 * LANES, kPixels);
+            Store(kLast - 2 * LANES, kPixels);
+            Store(kLast - LANES, kPixels);
         }
         Store(kLast, kPixels);
     }
@@ -857,6 +930,11 @@ struct RowsAVX2
     static KANVO_INLINE void BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor,
                                         Tov_UByte ubAlpha)
     {
+        if (ubAlpha == 255)
+        {
+            ChangeRow(kDst, uiCount, BlendWholeColor(clColor));
+            return;
+        }
         // w / 128 as 2 w / 256
         const auto ubWeight = static_cast<Tov_UByte>(ubAlpha & 0xFEU);
         DrawRow(kDst, uiCount, FromNowhere{}, MixColorEvenlyRule{MixColorEvenly(clColor, ubWeight), ubAlpha});
