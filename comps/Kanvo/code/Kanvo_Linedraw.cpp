@@ -135,6 +135,25 @@ void WithOctant(Tov_Bool bMajorX, Tov_Flag ulFlags, Use kUse)
         bMajorX, ulFlags, [&](auto kSpans) { kUse(Kanvo_Linedraw_Octant<Style, decltype(kSpans)>()); });
 }
 
+//! Calls kDraw with the octant class for a line and what it is drawn with: its pattern, or a pixel of its colour.
+template <class PixelType, class OffsetType, class Access, Tov_Bool PATTERNS, class Draw>
+void WithStyle(const OrientedLine& kLine, Tov_Flag ulFlags, Kanvo_Color kColor, Kanvo_Line_patternStyle* pkPattern,
+               Draw kDraw)
+{
+    if (PATTERNS && (ulFlags & Kanvo_LF_PATTERN) != 0)
+    {
+        pkPattern->bFlip = kLine.bSwapped;
+        WithOctant<PixelType, OffsetType, Access, Kanvo_Line_patternStyle*>(
+            kLine.bMajorX, ulFlags, [&](auto kOctant) { kDraw(kOctant, pkPattern); });
+    }
+    else
+    {
+        const PixelType pxColor = Access::ColorToPixel(kColor);
+        WithOctant<PixelType, OffsetType, Access, PixelType>(kLine.bMajorX, ulFlags,
+                                                             [&](auto kOctant) { kDraw(kOctant, pxColor); });
+    }
+}
+
 //! Reads the line pattern of a render state, and moves its offset on for the next line. False, with an assertion, where
 //! no pattern is set.
 Tov_Bool SetUpPattern(Kanvo_Line_patternStyle& kPattern, Kanvo_Screen* pkScreen, const Kanvo_Vector2& kStart,
@@ -457,18 +476,7 @@ void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::WideLineOnEdge(
         kOctant.WideLineOctantClip(pBitmap, kLine.vStartMaj, kLine.vStartMin, kLine.vDeltaMaj, kLine.vDeltaMin, kStyle,
                                    kLine.bSwapped ? vEndWidth : vStartWidth, vDeltaWidth, ulFlags, kMajClip, kMinClip);
     };
-    if (PATTERNS && (ulFlags & Kanvo_LF_PATTERN) != 0)
-    {
-        pkPattern->bFlip = kLine.bSwapped;
-        WithOctant<PixelType, OffsetType, Access, Kanvo_Line_patternStyle*>(
-            kLine.bMajorX, ulFlags, [&](auto kOctant) { kDraw(kOctant, pkPattern); });
-    }
-    else
-    {
-        const PixelType pxColor = Access::ColorToPixel(kColor);
-        WithOctant<PixelType, OffsetType, Access, PixelType>(kLine.bMajorX, ulFlags,
-                                                             [&](auto kOctant) { kDraw(kOctant, pxColor); });
-    }
+    WithStyle<PixelType, OffsetType, Access, PATTERNS>(kLine, ulFlags, kColor, pkPattern, kDraw);
 }
 
 template <class PixelType, class OffsetType, class Access, Tov_Bool PATTERNS>
@@ -484,18 +492,7 @@ void Kanvo_Linedraw<PixelType, OffsetType, Access, PATTERNS>::WideLineClipped(
         kOctant.WideLineOctant(pBitmap, kLine.vStartMaj, kLine.vStartMin, kLine.vDeltaMaj, kLine.vDeltaMin, kStyle,
                                kLine.bSwapped ? vEndWidth : vStartWidth, vDeltaWidth, ulFlags);
     };
-    if (PATTERNS && (ulFlags & Kanvo_LF_PATTERN) != 0)
-    {
-        pkPattern->bFlip = kLine.bSwapped;
-        WithOctant<PixelType, OffsetType, Access, Kanvo_Line_patternStyle*>(
-            kLine.bMajorX, ulFlags, [&](auto kOctant) { kDraw(kOctant, pkPattern); });
-    }
-    else
-    {
-        const PixelType pxColor = Access::ColorToPixel(kColor);
-        WithOctant<PixelType, OffsetType, Access, PixelType>(kLine.bMajorX, ulFlags,
-                                                             [&](auto kOctant) { kDraw(kOctant, pxColor); });
-    }
+    WithStyle<PixelType, OffsetType, Access, PATTERNS>(kLine, ulFlags, kColor, pkPattern, kDraw);
 }
 
 template class Kanvo_Linedraw<Kanvo_PixelARGB32, Kanvo_OffsetARGB32, Kanvo_PixelARGB32_Access, true>;
