@@ -35,7 +35,7 @@ STEMS = {
         Kanvo_BitmapARGB32 Kanvo_BitmapARGB32_Blit Kanvo_BitmapARGB32_Stretch Kanvo_BitmapARGB32_Rot
         Kanvo_BitmapARGB32_Draw Kanvo_BitmapARGB32_Entry""",
     "WORKERS": """
-        Kanvo_Blit Kanvo_PrecompiledImageInfo Kanvo_RLECompressedBlits Kanvo_StretchBlit Kanvo_RotBlit
+        Kanvo_Blit Kanvo_RLECompressedBlits Kanvo_StretchBlit Kanvo_RotBlit
         Kanvo_Linedraw Kanvo_Dotdraw Kanvo_Polydraw Kanvo_PolydrawAA Kanvo_Print""",
     "WALKS": """
         Kanvo_BlitScan Kanvo_StretchScan Kanvo_RotScan Kanvo_Sampler Kanvo_SampleStrips Kanvo_Linedraw_Octant
@@ -47,7 +47,7 @@ STEMS = {
         Kanvo_VSpanRender Kanvo_VSpanRender_AA Kanvo_VSpanRender_HQ_AA""",
     "PIXELS": """
         Kanvo_PixelARGB32_Access Kanvo_BitmapRGB32 Kanvo_BitmapRGB565 Kanvo_BitmapA8
-        Kanvo_PixelAddress Kanvo_PixelAndMap Kanvo_ColorMath""",
+        Kanvo_PixelAddress Kanvo_PixelAndMap Kanvo_ColorMath Kanvo_PrecompiledImageInfo""",
 }
 
 # Stems of comps/Kanvo/code/Kanvo_NEON: scaled rectangles lie beside the workers, whole ones beside the spans, single

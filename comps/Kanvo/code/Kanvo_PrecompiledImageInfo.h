@@ -101,94 +101,73 @@ struct Kanvo_RLECurDecompressInfo
     template <class Sink>
     KANVO_INLINE void Consume(std::uint64_t uiPixels, Sink& kSink)
     {
-        uiPixels -= Continue(uiPixels, kSink);
         if (uiPixels == 0 || eCurrentToken == RLECURDECOMPRESSTOKEN_END)
         {
             return;
         }
         // Of tokens that are consumed whole nothing is noted down.
-        const Unit* puNext = pubyCurRLEDataByte;
+        const Unit* puToken = pubyCurRLEDataByte - UnitsRead();
+        Tov_UInt    uiDone  = CurrentTokenDataposition;
         do {
-            const Unit     uFirst  = puNext[0];
-            const Unit     uSecond = puNext[1];
+            const Unit     uFirst  = puToken[0];
+            const Unit     uSecond = puToken[1];
             const Tov_UInt uiCount = uFirst != 0 ? uFirst : uSecond;
-            if (uiCount == 0 || uiCount > uiPixels)
+            if (uiCount == 0)
             {
-                pubyCurRLEDataByte = puNext;
-                ReadToken();
-                Continue(uiPixels, kSink);
+                StandAt(RLECURDECOMPRESSTOKEN_END, puToken + 1, 0, 0);
                 return;
             }
-            puNext += 2;
+            const Tov_UInt uiLeft = uiCount - uiDone;
+            const Tov_UInt uiTake = uiPixels < uiLeft ? static_cast<Tov_UInt>(uiPixels) : uiLeft;
             if (uFirst != 0)
             {
-                kSink.Run(uSecond, uiCount);
+                kSink.Run(uSecond, uiTake);
             }
             else
             {
-                kSink.Literal(puNext, uiCount);
-                puNext += uiCount;
+                kSink.Literal(puToken + 2 + uiDone, uiTake);
             }
-            uiPixels -= uiCount;
+            if (uiTake < uiLeft)
+            {
+                const Tov_Bool bRun = uFirst != 0;
+                StandAt(bRun ? RLECURDECOMPRESSTOKEN_RLE : RLECURDECOMPRESSTOKEN_ABS, puToken + (bRun ? 1 : 2),
+                        uiDone + uiTake, uiCount);
+                return;
+            }
+            uiPixels -= uiTake;
+            uiDone = 0;
+            puToken += uFirst != 0 ? 2 : 2 + uiCount;
         } while (uiPixels > 0);
-        pubyCurRLEDataByte = puNext;
+        StandAt(RLECURDECOMPRESSTOKEN_GETNEXT, puToken, 0, 0);
+    }
+
+    //! Consumes pixels without looking at them.
+    KANVO_INLINE void Skip(std::uint64_t uiPixels)
+    {
+        SkipSink kSink;
+        Consume(uiPixels, kSink);
     }
 
 private:
-    //! Consumes up to uiPixels pixels of the token that was begun, if one was, and returns how many.
-    template <class Sink>
-    Tov_UInt Continue(std::uint64_t uiPixels, Sink& kSink)
+    //! Takes decoded pixels and drops them.
+    struct SkipSink
     {
-        const Tov_UInt uiLeft = CurrentTokenDatacount - CurrentTokenDataposition;
-        const Tov_UInt uiTake = uiPixels < uiLeft ? static_cast<Tov_UInt>(uiPixels) : uiLeft;
-        if (uiTake == 0)
-        {
-            return 0;
-        }
-        if (eCurrentToken == RLECURDECOMPRESSTOKEN_ABS)
-        {
-            kSink.Literal(pubyCurRLEDataByte + CurrentTokenDataposition, uiTake);
-        }
-        else
-        {
-            kSink.Run(*pubyCurRLEDataByte, uiTake);
-        }
-        CurrentTokenDataposition += uiTake;
-        if (uiTake == uiLeft)
-        {
-            CloseToken();
-        }
-        return uiTake;
+        KANVO_INLINE void Run(Unit /*uEntry*/, Tov_UInt /*uiCount*/) {}
+        KANVO_INLINE void Literal(const Unit* /*puIndices*/, Tov_UInt /*uiCount*/) {}
+    };
+
+    //! Units of the token begun that lie before the pointer.
+    KANVO_INLINE Tov_UInt UnitsRead() const
+    {
+        return eCurrentToken == RLECURDECOMPRESSTOKEN_ABS ? 2 : eCurrentToken == RLECURDECOMPRESSTOKEN_RLE ? 1 : 0;
     }
 
-    void ReadToken()
+    KANVO_INLINE void StandAt(RLECurDecompresstoken eToken, const Unit* puNext, Tov_UInt uiPosition, Tov_UInt uiCount)
     {
-        const Unit uFirst = *pubyCurRLEDataByte++;
-        if (uFirst != 0)
-        {
-            eCurrentToken         = RLECURDECOMPRESSTOKEN_RLE;
-            CurrentTokenDatacount = uFirst;
-            return;
-        }
-        const Unit uSecond    = *pubyCurRLEDataByte;
-        CurrentTokenDatacount = uSecond;
-        if (uSecond != 0)
-        {
-            ++pubyCurRLEDataByte;
-            eCurrentToken = RLECURDECOMPRESSTOKEN_ABS;
-        }
-        else
-        {
-            eCurrentToken = RLECURDECOMPRESSTOKEN_END;
-        }
-    }
-
-    void CloseToken()
-    {
-        pubyCurRLEDataByte += eCurrentToken == RLECURDECOMPRESSTOKEN_ABS ? CurrentTokenDatacount : 1U;
-        CurrentTokenDataposition = 0;
-        CurrentTokenDatacount    = 0;
-        eCurrentToken            = RLECURDECOMPRESSTOKEN_GETNEXT;
+        pubyCurRLEDataByte       = puNext;
+        eCurrentToken            = eToken;
+        CurrentTokenDataposition = uiPosition;
+        CurrentTokenDatacount    = uiCount;
     }
 };
 

@@ -1,10 +1,11 @@
 // Kanvo_RLECompressedBlits: draws run-length-encoded images, unscaled or magnified by whole numbers. Called by the blit
 // entries; decodes in step with the destination and never expands the image into memory. Clipping is done by skipping
-// pixels of the stream; a long run becomes one span per destination row, and what lies between long runs another one.
+// pixels of the stream. What is not magnified is drawn by a row function (rows.h), here are the blocks.
 #ifndef KANVO_RLECOMPRESSEDBLITS_H
 #define KANVO_RLECOMPRESSEDBLITS_H
 
 #include <algorithm>
+#include <type_traits>
 
 #include "Kanvo_Bitmap.h"
 #include "Kanvo_PixelARGB32_Access.h"
@@ -99,13 +100,20 @@ public:
             return;
         }
         DecompressInfo kState(pstInfo);
-        Tov_UInt       uiY       = kY.uiDst;
-        const auto     kWriteRun = [&](Tov_UInt uiPixels, Tov_UInt uiX, Tov_UInt uiBlockWidth, Tov_UInt uiBlockHeight)
+        SkipPixels(static_cast<std::uint64_t>(kY.uiFirst) * pstInfo->uiWidth + kX.uiFirst, kState);
+        const Tov_UInt uiSkip = pstInfo->uiWidth - kX.uiCount;
+        if (usXMag == 1 && usYMag == 1)
+        {
+            DrawRows<GLOBAL_ALPHA, FROM_BLIT_ALPHA>(kState, pstInfo, pkDest, kX.uiDst, kY.uiDst, kX.uiCount, kY.uiCount,
+                                                    uiSkip, ubAlpha);
+            return;
+        }
+        Tov_UInt   uiY       = kY.uiDst;
+        const auto kWriteRun = [&](Tov_UInt uiPixels, Tov_UInt uiX, Tov_UInt uiBlockWidth, Tov_UInt uiBlockHeight)
         {
             WritePixels<GLOBAL_ALPHA, FROM_BLIT_ALPHA>(uiPixels, kState, pstInfo, pkDest, uiX, uiY, ubAlpha,
                                                        uiBlockWidth, uiBlockHeight);
         };
-        SkipPixels(static_cast<std::uint64_t>(kY.uiFirst) * pstInfo->uiWidth + kX.uiFirst, kState);
         for (Tov_UInt uiRow = 0; uiRow < kY.uiCount; ++uiRow)
         {
             const Tov_UInt uiBlockHeight = kY.SizeOf(uiRow, usYMag);
@@ -123,7 +131,7 @@ public:
                     kWriteRun(1, uiWhole + (kX.uiCount - 2) * usXMag, kX.uiLastSize, uiBlockHeight);
                 }
             }
-            SkipPixels(pstInfo->uiWidth - kX.uiCount, kState);
+            SkipPixels(uiSkip, kState);
             uiY += uiBlockHeight;
         }
     }
@@ -132,8 +140,7 @@ public:
     template <class DecompressInfo>
     [[gnu::noinline]] static void SkipPixels(std::uint64_t uiPixels, DecompressInfo& kState)
     {
-        SkipSink kSink;
-        kState.Consume(uiPixels, kSink);
+        kState.Skip(uiPixels);
     }
 
     //! Consumes pixels and draws each as a block of uiXMag x uiYMag, from (uiX, uiY) to the right.
@@ -142,22 +149,16 @@ public:
                             Kanvo_Bitmap* pkDest, Tov_UInt uiX, Tov_UInt uiY, Tov_UByte ubAlpha, Tov_UInt uiXMag,
                             Tov_UInt uiYMag)
     {
-        Kanvo_OffsetARGB32 kDst;
-        Kanvo_PixelARGB32_Access::GetOffset(pkDest, uiX, uiY, kDst);
         if (uiXMag == 1 && uiYMag == 1)
         {
-            using Sink = RowSink<GLOBAL_ALPHA, FROM_BLIT_ALPHA>;
-            Kanvo_ColorARGB32 aclGathered[Sink::ROOM];
-            Sink              kSink(pstInfo->acolColorPalette, kDst, ubAlpha, aclGathered);
-            kState.Consume(uiPixels, kSink);
-            kSink.Flush();
+            DrawRows<GLOBAL_ALPHA, FROM_BLIT_ALPHA>(kState, pstInfo, pkDest, uiX, uiY, uiPixels, 1, 0, ubAlpha);
+            return;
         }
-        else
-        {
-            WriteSink<GLOBAL_ALPHA, FROM_BLIT_ALPHA> kSink{
-                pstInfo->acolColorPalette, pkDest, kDst, ubAlpha, uiXMag, uiYMag};
-            kState.Consume(uiPixels, kSink);
-        }
+        Kanvo_OffsetARGB32 kDst;
+        Kanvo_PixelARGB32_Access::GetOffset(pkDest, uiX, uiY, kDst);
+        WriteSink<GLOBAL_ALPHA, FROM_BLIT_ALPHA> kSink{
+            pstInfo->acolColorPalette, pkDest, kDst, ubAlpha, uiXMag, uiYMag};
+        kState.Consume(uiPixels, kSink);
     }
 
     //! Draws one block of uiXMag x uiYMag pixels of an entry's colour and alpha, and returns the offset behind its first
@@ -177,6 +178,33 @@ public:
     }
 
 private:
+    //! Consumes pixels and draws them as they are, in rows between which uiSkip pixels are left out.
+    template <bool GLOBAL_ALPHA, bool FROM_BLIT_ALPHA, class DecompressInfo>
+    static void DrawRows(DecompressInfo& kState, const Kanvo_PrecompiledImageInfo* pstInfo, const Kanvo_Bitmap* pkDest,
+                         Tov_UInt uiX, Tov_UInt uiY, Tov_UInt uiWidth, Tov_UInt uiHeight, Tov_UInt uiSkip,
+                         Tov_UByte ubAlpha)
+    {
+        constexpr Tov_Bool STAMP = !GLOBAL_ALPHA && !FROM_BLIT_ALPHA;
+        Kanvo_OffsetARGB32 kDst;
+        Kanvo_PixelARGB32_Access::GetOffset(pkDest, uiX, uiY, kDst);
+        const Kanvo_TokenRows kRows{kDst,
+                                    pkDest->GetPitch(),
+                                    uiWidth,
+                                    uiHeight,
+                                    uiSkip,
+                                    pstInfo->acolColorPalette,
+                                    GLOBAL_ALPHA || STAMP ? ubAlpha : Tov_UByte{255},
+                                    STAMP};
+        if constexpr (std::is_same_v<DecompressInfo, RLE8CurDecompressInfo>)
+        {
+            g_Kanvo_pkRows->pfnDrawTokens8(kRows, kState);
+        }
+        else
+        {
+            g_Kanvo_pkRows->pfnDrawTokens16(kRows, kState);
+        }
+    }
+
     template <bool GLOBAL_ALPHA, bool FROM_BLIT_ALPHA>
     static KANVO_INLINE void DrawRun(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 BlendColor,
                                      Tov_UByte ubPixelAlpha, Tov_UByte ubGlobalAlpha)
@@ -193,19 +221,6 @@ private:
             Kanvo_BlendRun(kDst, uiCount, BlendColor, GLOBAL_ALPHA || FROM_BLIT_ALPHA ? ubAlpha : ubGlobalAlpha);
         }
     }
-
-    //! Takes decoded pixels and drops them.
-    struct SkipSink
-    {
-        template <class Unit>
-        KANVO_INLINE void Run(Unit /*uEntry*/, Tov_UInt /*uiCount*/)
-        {
-        }
-        template <class Unit>
-        KANVO_INLINE void Literal(const Unit* /*puIndices*/, Tov_UInt /*uiCount*/)
-        {
-        }
-    };
 
     //! Takes decoded pixels and draws each as a block, from kDst to the right.
     template <bool GLOBAL_ALPHA, bool FROM_BLIT_ALPHA>
@@ -239,108 +254,6 @@ private:
             kDst = WritePixel<GLOBAL_ALPHA, FROM_BLIT_ALPHA>(pkDest, kDst, clOpaque, Access::AlphaFromPixel(clEntry),
                                                              ubGlobalAlpha, uiColumns, uiYMag);
         }
-    };
-
-    //! Takes decoded pixels of a row and draws them as they are, from kDst to the right. Long runs are drawn at once;
-    //! what lies between them is gathered, as entries of the palette, and drawn together.
-    template <bool GLOBAL_ALPHA, bool FROM_BLIT_ALPHA>
-    class RowSink
-    {
-    public:
-        static constexpr Tov_UInt LONG_RUN = 32;
-        static constexpr Tov_UInt GATHERED = 128;           //!< pixels that are drawn together at most
-        static constexpr Tov_UInt ROOM     = GATHERED + 3;  //!< for these and what short runs write beyond their end
-
-        //! pclGathered: room for ROOM pixels.
-        RowSink(const Kanvo_ColorARGB32* pclPalette, Kanvo_OffsetARGB32 kDst, Tov_UByte ubGlobalAlpha,
-                Kanvo_ColorARGB32* pclGathered)
-            : m_pclPalette(pclPalette),
-              m_kDst(kDst),
-              m_pclGathered(pclGathered),
-              m_uiGathered(0),
-              m_ubGlobalAlpha(ubGlobalAlpha)
-        {
-        }
-
-        template <class Unit>
-        KANVO_INLINE void Run(Unit uEntry, Tov_UInt uiCount)
-        {
-            const Kanvo_ColorARGB32 clEntry = m_pclPalette[uEntry];
-            if (uiCount >= LONG_RUN)
-            {
-                LongRun(clEntry, uiCount);
-                return;
-            }
-            if (m_uiGathered + uiCount > GATHERED)
-            {
-                Flush();
-            }
-            for (Tov_UInt uiPixel = 0; uiPixel < uiCount; uiPixel += 4)  // by four: fewer turns, fewer branches
-            {
-                Kanvo_ColorARGB32* const pclTo = m_pclGathered + m_uiGathered + uiPixel;
-                pclTo[0]                       = clEntry;
-                pclTo[1]                       = clEntry;
-                pclTo[2]                       = clEntry;
-                pclTo[3]                       = clEntry;
-            }
-            m_uiGathered += uiCount;
-        }
-        template <class Unit>
-        KANVO_INLINE void Literal(const Unit* puIndices, Tov_UInt uiCount)
-        {
-            while (uiCount > 0)
-            {
-                const Tov_UInt           uiTake = std::min(uiCount, GATHERED - m_uiGathered);
-                Kanvo_ColorARGB32* const pclTo  = m_pclGathered + m_uiGathered;
-#pragma GCC unroll 4
-                for (Tov_UInt uiPixel = 0; uiPixel < uiTake; ++uiPixel)
-                {
-                    pclTo[uiPixel] = m_pclPalette[puIndices[uiPixel]];
-                }
-                m_uiGathered += uiTake;
-                puIndices += uiTake;
-                uiCount -= uiTake;
-                if (m_uiGathered == GATHERED)
-                {
-                    Flush();
-                }
-            }
-        }
-
-        //! Draws what is gathered; to be called at the end.
-        [[gnu::noinline]] void Flush()
-        {
-            if (m_uiGathered == 0)
-            {
-                return;
-            }
-            if constexpr (GLOBAL_ALPHA || FROM_BLIT_ALPHA)
-            {
-                g_Kanvo_pkRows->pfnBlendOrStore(m_kDst, m_pclGathered, m_uiGathered,
-                                                GLOBAL_ALPHA ? m_ubGlobalAlpha : Tov_UByte{255});
-            }
-            else
-            {
-                g_Kanvo_pkRows->pfnStamp(m_kDst, m_pclGathered, m_uiGathered, m_ubGlobalAlpha);
-            }
-            m_kDst += m_uiGathered;
-            m_uiGathered = 0;
-        }
-
-    private:
-        [[gnu::noinline]] void LongRun(Kanvo_ColorARGB32 clEntry, Tov_UInt uiCount)
-        {
-            Flush();
-            DrawRun<GLOBAL_ALPHA, FROM_BLIT_ALPHA>(m_kDst, uiCount, clEntry | 0xFF000000U,
-                                                   Kanvo_PixelARGB32_Access::AlphaFromPixel(clEntry), m_ubGlobalAlpha);
-            m_kDst += uiCount;
-        }
-
-        const Kanvo_ColorARGB32* m_pclPalette;
-        Kanvo_OffsetARGB32       m_kDst;
-        Kanvo_ColorARGB32*       m_pclGathered;
-        Tov_UInt                 m_uiGathered;
-        Tov_UByte                m_ubGlobalAlpha;
     };
 };
 

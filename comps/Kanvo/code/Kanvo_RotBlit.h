@@ -131,13 +131,37 @@ private:
              });
     }
 
+    //! Words that share no memory with what is drawn, not filtered: sampled and blended by one function.
+    static void DrawNearestOver(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst, const Kanvo_RotRequest& kRequest,
+                                Tov_UByte ubAlpha)
+    {
+        const Kanvo_PixelView kSource{pkSrc->GetBuffer(), pkSrc->GetPitch()};
+        Kanvo_RotRows<Dst>(pkDst, kRequest,
+                           [&](DstOffset kDst, const Kanvo_RotRow& k)
+                           {
+                               g_Kanvo_pkRows->pfnOverSamples(
+                                   kDst,
+                                   {kSource, static_cast<Tov_UInt>(k.v), static_cast<Tov_UInt>(k.u),
+                                    static_cast<Tov_UInt>(k.av), static_cast<Tov_UInt>(k.au)},
+                                   static_cast<Tov_UInt>(k.vFirst), static_cast<Tov_UInt>(k.uFirst),
+                                   static_cast<Tov_UInt>(k.iRest) + 1, ubAlpha);
+                           });
+    }
+
     //! Words as they are: stored, or below full opacity blended.
     static void DrawWords(const Kanvo_Bitmap* pkSrc, const Kanvo_Bitmap* pkDst, const Kanvo_RotRequest& kRequest,
                           Tov_UByte ubAlpha)
     {
         if (ubAlpha != 255)
         {
-            Draw(pkSrc, pkDst, kRequest, Kanvo_WriteOver{ubAlpha});
+            if ((kRequest.ulFlags & BLIT_BILINEAR) == 0 && !Kanvo_BitmapsOverlap(pkSrc, pkDst))
+            {
+                DrawNearestOver(pkSrc, pkDst, kRequest, ubAlpha);
+            }
+            else
+            {
+                Draw(pkSrc, pkDst, kRequest, Kanvo_WriteOver{ubAlpha});
+            }
             return;
         }
         const Kanvo_SampleLines<Src> kSampler{(kRequest.ulFlags & BLIT_BILINEAR) != 0, false};

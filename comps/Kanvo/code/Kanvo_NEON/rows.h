@@ -15,6 +15,7 @@
 #include "Kanvo_BitmapRGB565.h"
 #include "Kanvo_Level.h"
 #include "Kanvo_PixelARGB32_Access.h"
+#include "Kanvo_PrecompiledImageInfo.h"
 
 // Which levels the library has. NEON comes with the compiler's settings; of AVX2, which one file alone is compiled for,
 // the build tells (CMakeLists.txt), and whether the processor has it is asked at start-up.
@@ -26,6 +27,40 @@
 #ifndef KANVO_HAS_AVX2
 #define KANVO_HAS_AVX2 0
 #endif
+
+//! Rows of an image of tokens (Kanvo_PrecompiledImageInfo.h) that are drawn as they are.
+struct Kanvo_TokenRows
+{
+    Kanvo_OffsetARGB32       kDst;
+    Tov_UInt                 uiDstPitch;  //!< bytes from row to row
+    Tov_UInt                 uiWidth;
+    Tov_UInt                 uiHeight;
+    Tov_UInt                 uiSkip;  //!< pixels of the image between the end of one row and the start of the next
+    const Kanvo_ColorARGB32* pclPalette;
+    Tov_UByte                ubAlpha;
+    Tov_Bool                 bStamp;  //!< as Stamp, else as BlendOrStore
+
+    //! Hands the pixels of each row to kSink, after kSink.BeginRow(first pixel) and before kSink.EndRow(). kSkip() leaves
+    //! out what lies between rows.
+    template <class Tokens, class Sink, class Skip>
+    KANVO_INLINE void Walk(Tokens& kTokens, Sink& kSink, Skip kSkip) const
+    {
+        auto uiRow = reinterpret_cast<std::uintptr_t>(kDst);
+        for (Tov_UInt uiRows = uiHeight; uiRows > 0; --uiRows)
+        {
+            kSink.BeginRow(reinterpret_cast<Kanvo_OffsetARGB32>(uiRow));
+            kTokens.Consume(uiWidth, kSink);
+            kSink.EndRow();
+            if (uiSkip > 0)
+            {
+                kSkip();
+            }
+            uiRow += uiDstPitch;
+        }
+    }
+};
+
+struct Kanvo_SampleLine;  // scaled_rows.h
 
 struct Kanvo_RowsReference
 {
@@ -53,6 +88,11 @@ struct Kanvo_RowsReference
     //! Blends the source pixels by their own alpha times ubAlpha, as BlendPixelSrcAlpha.
     static void Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount, Tov_UByte ubAlpha);
 
+    //! As Over, of uiCount nearest samples of words: one at (uiFirstX, uiFirstY), in 16.16, and then those of a line. At
+    //! least the first. They share no memory with what is drawn.
+    static void OverSamples(Kanvo_OffsetARGB32 kDst, const Kanvo_SampleLine& kLine, Tov_UInt uiFirstX,
+                            Tov_UInt uiFirstY, Tov_UInt uiCount, Tov_UByte ubAlpha);
+
     //! Blends one colour in by ubAlpha, as BlendPixel; the colour's own alpha is not read.
     static void BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_ColorARGB32 clColor, Tov_UByte ubAlpha);
 
@@ -62,6 +102,10 @@ struct Kanvo_RowsReference
 
     //! Stores opaque source pixels and leaves out those of alpha 0; all others are blended by ubAlpha, as BlendPixel.
     static void Stamp(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount, Tov_UByte ubAlpha);
+
+    //! Draw the pixels that follow in an image's tokens, of one byte or of two. The palette has at least one entry.
+    static void DrawTokens8(const Kanvo_TokenRows& kRows, RLE8CurDecompressInfo& kTokens);
+    static void DrawTokens16(const Kanvo_TokenRows& kRows, RLE16CurDecompressInfo& kTokens);
 
     //! Stores each value as all four bytes of a pixel, in which the bits of pxSet are set besides.
     static void ConvertA8(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kSrc, Tov_UInt uiCount,
@@ -101,6 +145,9 @@ struct Kanvo_RowsReference
     ROW(Over) ROW(BlendOrStore) ROW(Stamp) ROW(BlendColor)                                                             \
     ROW(ConvertA8) ROW(Convert565) ROW(Over565) ROW(StoreMask565) ROW(BlendMask565)                                    \
     ROW(BlendMask) ROW(MixMask) ROW(ColorMask)
+
+//! Those that are made of others: the portable bodies draw with what is in force, and serve a level that has no own ones.
+#define KANVO_COMPOUND_ROW_LIST(ROW) ROW(OverSamples) ROW(DrawTokens8) ROW(DrawTokens16)
 // clang-format on
 
 //! The row functions of one level as pointers: pfnFill and so on.
@@ -110,6 +157,7 @@ struct Kanvo_RowFunctions
 
 #define KANVO_ROW_POINTER(name) decltype(&Kanvo_RowsReference::name) pfn##name;
     KANVO_ROW_LIST(KANVO_ROW_POINTER)
+    KANVO_COMPOUND_ROW_LIST(KANVO_ROW_POINTER)
 #undef KANVO_ROW_POINTER
 
     //! Rows: Kanvo_RowsReference, or a struct with the same functions.
@@ -117,7 +165,7 @@ struct Kanvo_RowFunctions
     static constexpr Kanvo_RowFunctions Of(Kanvo_Level eSelected)
     {
 #define KANVO_ROW_ADDRESS(name) &Rows::name,
-        return {eSelected, KANVO_ROW_LIST(KANVO_ROW_ADDRESS)};
+        return {eSelected, KANVO_ROW_LIST(KANVO_ROW_ADDRESS) KANVO_COMPOUND_ROW_LIST(KANVO_ROW_ADDRESS)};
 #undef KANVO_ROW_ADDRESS
     }
 };

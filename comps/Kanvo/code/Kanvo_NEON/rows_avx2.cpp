@@ -8,6 +8,7 @@
 #include <immintrin.h>
 
 #include "neonloops_rects.h"
+#include "scaled_rows.h"
 
 namespace
 {
@@ -33,8 +34,8 @@ KANVO_INLINE __m128i LoadHalf(const void* pFrom)
     return _mm_loadu_si128(static_cast<const __m128i*>(pFrom));
 }
 
-// One to seven pixels, so that nothing outside is touched and no lane goes through memory: loaded by a mask, stored in
-// parts of four, two and one, because stores by a mask are slow on many processors.
+// One to seven pixels, so that nothing outside is touched and no lane goes through memory: loaded by a mask; stored in two
+// parts at most, which may overlap, because stores by a mask are slow on many processors, and branches where counts vary.
 
 //! All bits of the first uiCount lanes.
 KANVO_INLINE Pixels FirstLanes(Tov_UInt uiCount)
@@ -47,24 +48,31 @@ KANVO_INLINE Pixels LoadFew(const Kanvo_PixelARGB32* kFrom, Tov_UInt uiCount)
     return _mm256_maskload_epi32(reinterpret_cast<const int*>(kFrom), FirstLanes(uiCount));
 }
 
+//! Four pixels from one on.
+KANVO_INLINE __m128i From(Pixels kPixels, Tov_UInt uiFirst)
+{
+    const Pixels kLanes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+    const Pixels kFrom  = _mm256_add_epi32(_mm256_set1_epi32(static_cast<int>(uiFirst)), kLanes);
+    return _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(kPixels, kFrom));
+}
+
 KANVO_INLINE void StoreFew(Kanvo_OffsetARGB32 kTo, Pixels kPixels, Tov_UInt uiCount)
 {
-    __m128i kRest = _mm256_castsi256_si128(kPixels);
-    if ((uiCount & 4U) != 0)
+    const __m128i kFirst = _mm256_castsi256_si128(kPixels);
+    if (uiCount >= 4)
     {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(kTo), kRest);
-        kRest = _mm256_extracti128_si256(kPixels, 1);
-        kTo += 4;
+        const Tov_UInt uiRest = uiCount - 4;
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(kTo), kFirst);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(kTo + uiRest), From(kPixels, uiRest));
+        return;
     }
     if ((uiCount & 2U) != 0)
     {
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(kTo), kRest);
-        kRest = _mm_unpackhi_epi64(kRest, kRest);
-        kTo += 2;
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(kTo), kFirst);
     }
     if ((uiCount & 1U) != 0)
     {
-        *kTo = static_cast<Tov_UInt>(_mm_cvtsi128_si32(kRest));
+        kTo[uiCount - 1] = static_cast<Tov_UInt>(_mm_cvtsi128_si32(From(kPixels, uiCount - 1)));
     }
 }
 
@@ -76,25 +84,59 @@ KANVO_INLINE Word LoadWord(const void* pFrom)
     return uWord;
 }
 
-//! uiCount bytes, 0 to 7, as the low bytes of a word.
+//! uiCount bytes, 1 to 7, as the low bytes of a word. Parts that overlap have the same bytes there.
 KANVO_INLINE std::uint64_t LoadFewBytes(const Tov_UByte* pubFrom, Tov_UInt uiCount)
 {
-    std::uint64_t uiBytes = (uiCount & 1U) != 0 ? pubFrom[uiCount - 1] : 0;
-    if ((uiCount & 2U) != 0)
+    if (uiCount >= 4)
     {
-        uiBytes = uiBytes << 16 | LoadWord<std::uint16_t>(pubFrom + (uiCount & 4U));
+        const Tov_UInt uiRest = uiCount - 4;
+        return LoadWord<std::uint32_t>(pubFrom) | std::uint64_t{LoadWord<std::uint32_t>(pubFrom + uiRest)}
+                                                      << (8 * uiRest);
     }
-    if ((uiCount & 4U) != 0)
-    {
-        uiBytes = uiBytes << 32 | LoadWord<std::uint32_t>(pubFrom);
-    }
-    return uiBytes;
+    const Tov_UInt uiMiddle = uiCount / 2;
+    const Tov_UInt uiLast   = uiCount - 1;
+    return Tov_UInt{pubFrom[0]} | Tov_UInt{pubFrom[uiMiddle]} << (8 * uiMiddle) |
+           Tov_UInt{pubFrom[uiLast]} << (8 * uiLast);
 }
 
 //! 64 bits as the low half of a register.
 KANVO_INLINE __m128i FromWord(std::uint64_t uiWord)
 {
     return _mm_cvtsi64_si128(static_cast<long long>(uiWord));
+}
+
+//! uiCount words of 16 bits, 0 to 7, as the low ones of a register.
+KANVO_INLINE __m128i LoadFewWords(const Tov_UShort* pusFrom, Tov_UInt uiCount)
+{
+    const Tov_UInt          uiFour  = uiCount & 4U;
+    const Tov_UShort* const pusRest = pusFrom + uiFour;  // behind the first four
+    std::uint64_t           uiRest  = (uiCount & 1U) != 0 ? pusRest[uiCount & 2U] : 0;
+    if ((uiCount & 2U) != 0)
+    {
+        uiRest = uiRest << 32 | LoadWord<std::uint32_t>(pusRest);
+    }
+    return uiFour != 0 ? _mm_unpacklo_epi64(FromWord(LoadWord<std::uint64_t>(pusFrom)), FromWord(uiRest))
+                       : FromWord(uiRest);
+}
+
+//! Pixels at two offsets in bytes, each of 32 bits.
+KANVO_INLINE __m128i GatherTwo(const char* pcFrom, std::uint64_t uiOffsets)
+{
+    return _mm_insert_epi32(_mm_cvtsi32_si128(LoadWord<int>(pcFrom + static_cast<Tov_UInt>(uiOffsets))),
+                            LoadWord<int>(pcFrom + (uiOffsets >> 32)), 1);
+}
+
+KANVO_INLINE __m128i GatherFour(const char* pcFrom, __m128i kOffsets)
+{
+    return _mm_unpacklo_epi64(GatherTwo(pcFrom, static_cast<std::uint64_t>(_mm_cvtsi128_si64(kOffsets))),
+                              GatherTwo(pcFrom, static_cast<std::uint64_t>(_mm_extract_epi64(kOffsets, 1))));
+}
+
+//! Pixels at eight offsets in bytes. Sooner than by the instruction for it, on many processors.
+KANVO_INLINE Pixels Gather(const char* pcFrom, Pixels kOffsets)
+{
+    return _mm256_inserti128_si256(_mm256_castsi128_si256(GatherFour(pcFrom, _mm256_castsi256_si128(kOffsets))),
+                                   GatherFour(pcFrom, _mm256_extracti128_si256(kOffsets, 1)), 1);
 }
 
 // ---- arithmetic -----------------------------------------------------------------------------------------------------
@@ -409,21 +451,11 @@ struct From565
     }
     KANVO_INLINE Pixels Few(Tov_UInt uiCount) const
     {
-        const Tov_UInt uiFour = uiCount & 4U;
-        const __m128i  kRest  = FromWord(Rest(kSrc + uiFour, uiCount));
-        const __m128i  kHalf = uiFour != 0 ? _mm_unpacklo_epi64(FromWord(LoadWord<std::uint64_t>(kSrc)), kRest) : kRest;
-        return _mm256_or_si256(Expand565(kHalf), AlphaBytes());
+        return _mm256_or_si256(Expand565(LoadFewWords(kSrc, uiCount)), AlphaBytes());
     }
 
 private:
     static constexpr int QUARTERS = 0xD8;  //!< 0, 2, 1, 3
-
-    //! The pixels behind the first four.
-    static KANVO_INLINE std::uint64_t Rest(const Kanvo_PixelRGB565* kFrom, Tov_UInt uiCount)
-    {
-        std::uint64_t uiPixels = (uiCount & 1U) != 0 ? kFrom[uiCount & 2U] : 0;
-        return (uiCount & 2U) != 0 ? uiPixels << 32 | LoadWord<std::uint32_t>(kFrom) : uiPixels;
-    }
 };
 
 //! Coverage in 32-bit lanes.
@@ -475,6 +507,125 @@ private:
     {
         return WithAlpha(kPixels, _mm256_slli_epi32(kAlpha, 24));
     }
+};
+
+//! Entries of a palette, by indices of one or two bytes. Lanes behind the last of a few pixels get the first entry.
+template <class Unit>
+struct FromPalette
+{
+    const Unit*              puIndices;
+    const Kanvo_ColorARGB32* pclPalette;
+
+    KANVO_INLINE Pixels Eight(std::size_t uiX) const
+    {
+        if constexpr (sizeof(Unit) == 1)
+        {
+            return Entries(_mm256_cvtepu8_epi32(FromWord(LoadWord<std::uint64_t>(puIndices + uiX))));
+        }
+        else
+        {
+            return Entries(_mm256_cvtepu16_epi32(LoadHalf(puIndices + uiX)));
+        }
+    }
+    KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const { return SixteenOf(*this, uiX); }
+    KANVO_INLINE Pixels    Few(Tov_UInt uiCount) const
+    {
+        if constexpr (sizeof(Unit) == 1)
+        {
+            return Entries(_mm256_cvtepu8_epi32(FromWord(LoadFewBytes(puIndices, uiCount))));
+        }
+        else
+        {
+            return Entries(_mm256_cvtepu16_epi32(LoadFewWords(puIndices, uiCount)));
+        }
+    }
+
+private:
+    KANVO_INLINE Pixels Entries(Pixels kIndices) const
+    {
+        return Gather(reinterpret_cast<const char*>(pclPalette), _mm256_slli_epi32(kIndices, 2));
+    }
+};
+
+//! Nearest samples, eight after eight: one that lies anywhere, and those of a line.
+class Samples
+{
+public:
+    static constexpr Tov_UInt MAX_PITCH = 0x7FFF;  //!< bytes, so that rows and pitch can be multiplied in 16-bit lanes
+
+    KANVO_INLINE Samples(const Kanvo_SampleLine& kLine, Tov_UInt uiFirstX, Tov_UInt uiFirstY)
+        : m_pcFrom(static_cast<const char*>(kLine.kSource.pBuffer)),
+          m_kBytes(Splat(kLine.kSource.uiPitch << 16 | sizeof(Kanvo_PixelARGB32))),
+          m_kX(kLine.uiX, kLine.uiStepX, uiFirstX),
+          m_kY(kLine.uiY, kLine.uiStepY, uiFirstY)
+    {
+    }
+
+    KANVO_INLINE Pixels Eight() { return Gather(m_pcFrom, Offsets()); }
+
+    //! The last ones, of which the first one is repeated behind.
+    KANVO_INLINE Pixels Few(Tov_UInt uiCount)
+    {
+        const Pixels kOffsets = Offsets();
+        const Pixels kFirst   = _mm256_broadcastd_epi32(_mm256_castsi256_si128(kOffsets));
+        return Gather(m_pcFrom, _mm256_blendv_epi8(kFirst, kOffsets, FirstLanes(uiCount)));
+    }
+
+private:
+    //! One coordinate of eight samples, in 16.16.
+    class Positions
+    {
+    public:
+        KANVO_INLINE Positions(Tov_UInt uiLine, Tov_UInt uiStep, Tov_UInt uiFirst)
+            : m_kOfLine(_mm256_add_epi32(
+                  Splat(uiLine), _mm256_mullo_epi32(Splat(uiStep), _mm256_setr_epi32(-1, 0, 1, 2, 3, 4, 5, 6)))),
+              m_kNow(_mm256_blend_epi32(m_kOfLine, Splat(uiFirst), 1)),
+              m_kStep(Splat(static_cast<Tov_UInt>(LANES) * uiStep))
+        {
+        }
+
+        KANVO_INLINE Pixels Next()
+        {
+            const Pixels kNow = m_kNow;
+            m_kOfLine         = _mm256_add_epi32(m_kOfLine, m_kStep);
+            m_kNow            = m_kOfLine;
+            return kNow;
+        }
+
+    private:
+        Pixels m_kOfLine;
+        Pixels m_kNow;
+        Pixels m_kStep;
+    };
+
+    //! Row times pitch plus column times four.
+    KANVO_INLINE Pixels Offsets()
+    {
+        return _mm256_madd_epi16(_mm256_blend_epi16(_mm256_srli_epi32(m_kX.Next(), 16), m_kY.Next(), 0xAA), m_kBytes);
+    }
+
+    const char* m_pcFrom;
+    Pixels      m_kBytes;
+    Positions   m_kX;
+    Positions   m_kY;
+};
+
+//! With each alpha byte multiplied by kAlpha, in 32-bit lanes.
+KANVO_INLINE Pixels WithScaledAlpha(Pixels kPixels, Pixels kAlpha)
+{
+    return WithAlpha(kPixels, _mm256_slli_epi32(MulByte(_mm256_srli_epi32(kPixels, 24), kAlpha), 24));
+}
+
+//! With each alpha byte multiplied by the global alpha.
+template <class Source>
+struct Scaled
+{
+    Source kSource;
+    Pixels kAlpha;  //!< in 32-bit lanes
+
+    KANVO_INLINE Pixels    Eight(std::size_t uiX) const { return WithScaledAlpha(kSource.Eight(uiX), kAlpha); }
+    KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const { return SixteenOf(*this, uiX); }
+    KANVO_INLINE Pixels    Few(Tov_UInt uiCount) const { return WithScaledAlpha(kSource.Few(uiCount), kAlpha); }
 };
 
 //! Nothing is read: the rule knows its colour.
@@ -734,7 +885,10 @@ KANVO_INLINE void StoreRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Source kSo
 {
     if (uiCount < LANES)
     {
-        StoreFew(kDst, kSource.Few(uiCount), uiCount);
+        if (uiCount > 0)
+        {
+            StoreFew(kDst, kSource.Few(uiCount), uiCount);
+        }
     }
     else if (uiCount < 2 * LANES)
     {
@@ -893,7 +1047,20 @@ struct RowsAVX2
         }
         else
         {
-            DrawRow(kDst, uiCount, FromScaledARGB32{{kSrc}, Splat(ubAlpha)}, kRule);
+            DrawRow(kDst, uiCount, Scaled<FromARGB32>{{kSrc}, Splat(ubAlpha)}, kRule);
+        }
+    }
+
+    static KANVO_INLINE void OverSamples(Kanvo_OffsetARGB32 kDst, const Kanvo_SampleLine& kLine, Tov_UInt uiFirstX,
+                                         Tov_UInt uiFirstY, Tov_UInt uiCount, Tov_UByte ubAlpha)
+    {
+        if (kLine.kSource.uiPitch > Samples::MAX_PITCH)
+        {
+            Kanvo_RowsReference::OverSamples(kDst, kLine, uiFirstX, uiFirstY, uiCount, ubAlpha);
+        }
+        else
+        {
+            DrawSamples(kDst, uiCount, Samples(kLine, uiFirstX, uiFirstY), ubAlpha);
         }
     }
 
@@ -904,13 +1071,9 @@ struct RowsAVX2
         {
             Kanvo_RowsReference::BlendOrStore(kDst, kSrc, uiCount, ubAlpha);
         }
-        else if (ubAlpha == 255)
-        {
-            DrawRow(kDst, uiCount, FromARGB32{kSrc}, BlendOrStoreRule{});
-        }
         else
         {
-            DrawRow(kDst, uiCount, FromScaledARGB32{{kSrc}, Splat(ubAlpha)}, BlendRule{});
+            BlendFrom(kDst, uiCount, FromARGB32{kSrc}, ubAlpha);
         }
     }
 
@@ -1044,7 +1207,94 @@ struct RowsAVX2
         }
     }
 
+    static void DrawTokens8(const Kanvo_TokenRows& kRows, RLE8CurDecompressInfo& kTokens)
+    {
+        kRows.bStamp ? DrawTokens<true>(kRows, kTokens) : DrawTokens<false>(kRows, kTokens);
+    }
+    static void DrawTokens16(const Kanvo_TokenRows& kRows, RLE16CurDecompressInfo& kTokens)
+    {
+        kRows.bStamp ? DrawTokens<true>(kRows, kTokens) : DrawTokens<false>(kRows, kTokens);
+    }
+
 private:
+    //! Takes decoded pixels and draws them from kDst to the right, each piece for itself: gathered in memory, in parts of
+    //! all lengths, they could not be loaded by eights before all are written. STAMP: as Stamp, else as BlendOrStore.
+    template <bool STAMP>
+    struct TokenSink
+    {
+        Kanvo_OffsetARGB32       kDst;
+        const Kanvo_ColorARGB32* pclPalette;
+        Tov_UByte                ubAlpha;
+
+        KANVO_INLINE void BeginRow(Kanvo_OffsetARGB32 kRow) { kDst = kRow; }
+        KANVO_INLINE void EndRow() {}
+
+        template <class Unit>
+        KANVO_INLINE void Run(Unit uEntry, Tov_UInt uiCount)
+        {
+            const Kanvo_ColorARGB32 clEntry = pclPalette[uEntry];
+            const Tov_UByte         ubEntry = Kanvo_PixelARGB32_Access::AlphaFromPixel(clEntry);
+            const Tov_UByte         ubOwn   = STAMP ? ubEntry : Kanvo_MulByte(ubEntry, ubAlpha);
+            if (ubOwn == 255)
+            {
+                Fill(kDst, uiCount, clEntry);
+            }
+            else if (ubOwn != 0)
+            {
+                BlendColor(kDst, uiCount, clEntry, STAMP ? ubAlpha : ubOwn);
+            }
+            kDst += uiCount;
+        }
+        template <class Unit>
+        KANVO_INLINE void Literal(const Unit* puIndices, Tov_UInt uiCount)
+        {
+            const FromPalette<Unit> kSource{puIndices, pclPalette};
+            if constexpr (STAMP)
+            {
+                DrawRow(kDst, uiCount, kSource, StampRule{{MixByOneHalfWeight(ubAlpha), ubAlpha}});
+            }
+            else
+            {
+                BlendFrom(kDst, uiCount, kSource, ubAlpha);
+            }
+            kDst += uiCount;
+        }
+    };
+
+    template <bool STAMP, class Tokens>
+    static KANVO_INLINE void DrawTokens(const Kanvo_TokenRows& kRows, Tokens& kState)
+    {
+        Tokens           kTokens = kState;  // a copy lives in registers
+        TokenSink<STAMP> kSink{kRows.kDst, kRows.pclPalette, kRows.ubAlpha};
+        kRows.Walk(kTokens, kSink, [&]() { kTokens.Skip(kRows.uiSkip); });
+        kState = kTokens;
+    }
+
+    static KANVO_INLINE void DrawSamples(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Samples kSamples, Tov_UByte ubAlpha)
+    {
+        const OverRule kRule{Splat(Tov_UInt{ubAlpha} << 24)};
+        const Pixels   kAlpha = Splat(ubAlpha);
+        for (; uiCount >= LANES; uiCount -= static_cast<Tov_UInt>(LANES))
+        {
+            const Pixels kSrc   = WithScaledAlpha(kSamples.Eight(), kAlpha);
+            const Pixels kUnder = Load(kDst);
+            if (!AllOpaque(kUnder))
+            {
+                Store(kDst, kRule.Any(kSrc, kUnder));
+            }
+            else if (!kRule.Nothing(kSrc))
+            {
+                Store(kDst, kRule.Opaque(kSrc, kUnder));
+            }
+            kDst += LANES;
+        }
+        if (uiCount > 0)
+        {
+            const Pixels kSrc = WithScaledAlpha(kSamples.Few(uiCount), kAlpha);
+            StoreFew(kDst, kRule.Any(kSrc, LoadFew(kDst, uiCount)), uiCount);
+        }
+    }
+
     static KANVO_INLINE void TakeSixteen(Kanvo_PixelA8* kTo, const Kanvo_PixelARGB32* kFrom)
     {
         const Pixels kLow   = _mm256_srli_epi32(Load(kFrom), 24);
@@ -1054,27 +1304,25 @@ private:
                          _mm_packus_epi16(_mm256_castsi256_si128(kWords), _mm256_extracti128_si256(kWords, 1)));
     }
 
+    //! BlendOrStore from any source of pixels.
+    template <class Source>
+    static KANVO_INLINE void BlendFrom(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, const Source& kSource,
+                                       Tov_UByte ubAlpha)
+    {
+        if (ubAlpha == 255)
+        {
+            DrawRow(kDst, uiCount, kSource, BlendOrStoreRule{});
+        }
+        else
+        {
+            DrawRow(kDst, uiCount, Scaled<Source>{kSource, Splat(ubAlpha)}, BlendRule{});
+        }
+    }
+
     //! Pixels; more are worth the processor's own instruction for filling, which does not read from memory what is
     //! overwritten: beyond the size of the second cache.
     static constexpr Tov_UInt FILLED_HERE = 0x40000;
     static constexpr Tov_UInt COPIED_HERE = 128;  //!< pixels; longer rows are worth a call of memcpy
-
-    //! With each alpha byte multiplied by the global alpha.
-    struct FromScaledARGB32
-    {
-        FromARGB32 kSource;
-        Pixels     kAlpha;  //!< in 32-bit lanes
-
-        KANVO_INLINE Pixels    Eight(std::size_t uiX) const { return Scaled(kSource.Eight(uiX)); }
-        KANVO_INLINE TwoPixels Sixteen(std::size_t uiX) const { return SixteenOf(*this, uiX); }
-        KANVO_INLINE Pixels    Few(Tov_UInt uiCount) const { return Scaled(kSource.Few(uiCount)); }
-
-    private:
-        KANVO_INLINE Pixels Scaled(Pixels kPixels) const
-        {
-            return WithAlpha(kPixels, _mm256_slli_epi32(MulByte(_mm256_srli_epi32(kPixels, 24), kAlpha), 24));
-        }
-    };
 };
 
 }  // namespace

@@ -395,7 +395,7 @@ KANVO_INLINE Tov_Bool IsOrdinary(Tov_UInt uiCount, [[maybe_unused]] const Kanvo_
     return uiCount >= LANES && !(Kanvo_RowsOverlap(kDst, kSrc, uiCount) || ...);
 }
 
-struct RowsNEON
+struct RowsNEON : Kanvo_RowsReference  // who has what is not here
 {
     static KANVO_INLINE void Fill(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_PixelARGB32 pxPixel)
     {

@@ -1,5 +1,5 @@
 // rows_reference: the portable bodies of the row functions.
-#include "rows.h"
+#include "scaled_rows.h"
 #include "Tov_Memory.h"
 
 namespace
@@ -29,6 +29,129 @@ KANVO_INLINE void StoreOrBlend(Kanvo_OffsetARGB32 kDst, Kanvo_PixelARGB32 pxSrc,
     {
         Access::BlendPixel(kDst, pxSrc, ubAlpha);
     }
+}
+
+//! Stores or blends by the source's alpha times ubAlpha.
+KANVO_INLINE void BlendOwn(Kanvo_OffsetARGB32 kDst, Kanvo_PixelARGB32 pxSrc, Tov_UByte ubAlpha)
+{
+    const Tov_UByte ubWeight = Kanvo_MulByte(Access::AlphaFromPixel(pxSrc), ubAlpha);
+    StoreOrBlend(kDst, pxSrc, ubWeight, ubWeight);
+}
+
+//! Takes the decoded pixels of a row and draws them from kDst to the right. Long runs are drawn at once; what lies between
+//! them is gathered, as entries of the palette, and drawn together. STAMP: as Stamp, else as BlendOrStore.
+template <bool STAMP>
+class TokenSink
+{
+public:
+    static constexpr Tov_UInt ROOM = KANVO_STRIP + 3;  //!< for a strip, and what short runs write beyond their end
+
+    //! pclGathered: room for ROOM pixels.
+    TokenSink(const Kanvo_ColorARGB32* pclPalette, Tov_UByte ubAlpha, Kanvo_ColorARGB32* pclGathered)
+        : m_kDst(nullptr),
+          m_pclPalette(pclPalette),
+          m_pclGathered(pclGathered),
+          m_uiGathered(0),
+          m_ubAlpha(ubAlpha)
+    {
+    }
+
+    KANVO_INLINE void BeginRow(Kanvo_OffsetARGB32 kRow) { m_kDst = kRow; }
+    KANVO_INLINE void EndRow() { Flush(); }
+
+    template <class Unit>
+    KANVO_INLINE void Run(Unit uEntry, Tov_UInt uiCount)
+    {
+        const Kanvo_ColorARGB32 clEntry = m_pclPalette[uEntry];
+        if (uiCount >= KANVO_FEW_PIXELS)
+        {
+            LongRun(clEntry, uiCount);
+            return;
+        }
+        if (m_uiGathered + uiCount > KANVO_STRIP)
+        {
+            Flush();
+        }
+        for (Tov_UInt uiPixel = 0; uiPixel < uiCount; uiPixel += 4)  // by four: fewer turns, fewer branches
+        {
+            Kanvo_ColorARGB32* const pclTo = m_pclGathered + m_uiGathered + uiPixel;
+            pclTo[0]                       = clEntry;
+            pclTo[1]                       = clEntry;
+            pclTo[2]                       = clEntry;
+            pclTo[3]                       = clEntry;
+        }
+        m_uiGathered += uiCount;
+    }
+    template <class Unit>
+    KANVO_INLINE void Literal(const Unit* puIndices, Tov_UInt uiCount)
+    {
+        while (uiCount > 0)
+        {
+            const Tov_UInt           uiTake = std::min(uiCount, KANVO_STRIP - m_uiGathered);
+            Kanvo_ColorARGB32* const pclTo  = m_pclGathered + m_uiGathered;
+#pragma GCC unroll 4
+            for (Tov_UInt uiPixel = 0; uiPixel < uiTake; ++uiPixel)
+            {
+                pclTo[uiPixel] = m_pclPalette[puIndices[uiPixel]];
+            }
+            m_uiGathered += uiTake;
+            puIndices += uiTake;
+            uiCount -= uiTake;
+            if (m_uiGathered == KANVO_STRIP)
+            {
+                Flush();
+            }
+        }
+    }
+
+private:
+    //! Draws what is gathered.
+    [[gnu::noinline]] void Flush()
+    {
+        if (m_uiGathered != 0)
+        {
+            const Kanvo_RowFunctions& kRows = *g_Kanvo_pkRows;
+            (STAMP ? kRows.pfnStamp : kRows.pfnBlendOrStore)(m_kDst, m_pclGathered, m_uiGathered, m_ubAlpha);
+            m_kDst += m_uiGathered;
+            m_uiGathered = 0;
+        }
+    }
+
+    [[gnu::noinline]] void LongRun(Kanvo_ColorARGB32 clEntry, Tov_UInt uiCount)
+    {
+        Flush();
+        const Tov_UByte ubEntry = Access::AlphaFromPixel(clEntry);
+        const Tov_UByte ubOwn   = STAMP ? ubEntry : Kanvo_MulByte(ubEntry, m_ubAlpha);
+        if (ubOwn == 255)
+        {
+            g_Kanvo_pkRows->pfnFill(m_kDst, uiCount, clEntry);
+        }
+        else if (ubOwn != 0)
+        {
+            g_Kanvo_pkRows->pfnBlendColor(m_kDst, uiCount, clEntry, STAMP ? m_ubAlpha : ubOwn);
+        }
+        m_kDst += uiCount;
+    }
+
+    Kanvo_OffsetARGB32       m_kDst;
+    const Kanvo_ColorARGB32* m_pclPalette;
+    Kanvo_ColorARGB32*       m_pclGathered;
+    Tov_UInt                 m_uiGathered;
+    Tov_UByte                m_ubAlpha;
+};
+
+template <class Tokens>
+[[gnu::noinline]] void Skip(Tokens& kTokens, Tov_UInt uiPixels)
+{
+    kTokens.Skip(uiPixels);
+}
+
+template <bool STAMP, class Tokens>
+void DrawTokens(const Kanvo_TokenRows& kRows, Tokens& kTokens)
+{
+    Kanvo_ColorARGB32 aclGathered[TokenSink<STAMP>::ROOM];
+    TokenSink<STAMP>  kSink(kRows.pclPalette, kRows.ubAlpha, aclGathered);
+    kRows.Walk(kTokens, kSink, [&]() { Skip(kTokens, kRows.uiSkip); });
 }
 
 KANVO_INLINE void StoreRow(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, Kanvo_PixelARGB32 pxPixel)
@@ -134,14 +257,31 @@ void Kanvo_RowsReference::Over(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32*
     }
 }
 
+void Kanvo_RowsReference::OverSamples(Kanvo_OffsetARGB32 kDst, const Kanvo_SampleLine& kLine, Tov_UInt uiFirstX,
+                                      Tov_UInt uiFirstY, Tov_UInt uiCount, Tov_UByte ubAlpha)
+{
+    Kanvo_PixelARGB32  aSamples[KANVO_STRIP];
+    Kanvo_SampleLine   kRest = kLine;
+    Kanvo_OffsetARGB32 kFirst;
+    Access::GetOffset(&kLine.kSource, uiFirstX >> 16, uiFirstY >> 16, kFirst);
+    aSamples[0] = *kFirst;
+    for (Tov_UInt uiOld = 1; uiCount > 0; uiOld = 0)
+    {
+        const Tov_UInt uiNew = std::min(uiCount, KANVO_STRIP) - uiOld;
+        g_Kanvo_pkScaledRows->pfnNearestWords(aSamples + uiOld, kRest, uiNew, 0);
+        g_Kanvo_pkRows->pfnOver(kDst, aSamples, uiOld + uiNew, ubAlpha);
+        kRest.Advance(uiNew);
+        kDst += uiOld + uiNew;
+        uiCount -= uiOld + uiNew;
+    }
+}
+
 void Kanvo_RowsReference::BlendOrStore(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelARGB32* kSrc, Tov_UInt uiCount,
                                        Tov_UByte ubAlpha)
 {
     for (Tov_UInt uiX = 0; uiX < uiCount; ++uiX)
     {
-        const Kanvo_PixelARGB32 pxSrc    = kSrc[uiX];
-        const Tov_UByte         ubWeight = Kanvo_MulByte(Access::AlphaFromPixel(pxSrc), ubAlpha);
-        StoreOrBlend(kDst + uiX, pxSrc, ubWeight, ubWeight);
+        BlendOwn(kDst + uiX, kSrc[uiX], ubAlpha);
     }
 }
 
@@ -162,6 +302,16 @@ void Kanvo_RowsReference::BlendColor(Kanvo_OffsetARGB32 kDst, Tov_UInt uiCount, 
     {
         Access::BlendPixel(kDst + uiX, clColor, ubAlpha);
     }
+}
+
+void Kanvo_RowsReference::DrawTokens8(const Kanvo_TokenRows& kRows, RLE8CurDecompressInfo& kTokens)
+{
+    kRows.bStamp ? DrawTokens<true>(kRows, kTokens) : DrawTokens<false>(kRows, kTokens);
+}
+
+void Kanvo_RowsReference::DrawTokens16(const Kanvo_TokenRows& kRows, RLE16CurDecompressInfo& kTokens)
+{
+    kRows.bStamp ? DrawTokens<true>(kRows, kTokens) : DrawTokens<false>(kRows, kTokens);
 }
 
 void Kanvo_RowsReference::ConvertA8(Kanvo_OffsetARGB32 kDst, const Kanvo_PixelA8* kSrc, Tov_UInt uiCount,
