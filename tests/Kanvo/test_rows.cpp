@@ -303,7 +303,7 @@ public:
         const std::size_t srcBytes =
             support::Fence::BytesFor(with.width, with.height, with.srcPitch, function.sourceBytes);
         const std::size_t   maskBytes = support::Fence::BytesFor(with.width, with.height, with.maskPitch, 1);
-        std::uint8_t* const src       = m_src.Place(srcBytes, std::max(1U, function.sourceBytes), dice);
+        std::uint8_t* const src       = m_src.Place(srcBytes, std::max<std::uint32_t>(1, function.sourceBytes), dice);
         std::uint8_t* const mask      = m_mask.Place(maskBytes, 1, dice);
         with.dst                      = m_dst.Place(dstBytes, 4, dice);
         with.src                      = src;
@@ -765,6 +765,9 @@ TEST_F(Levels, ALaterLibraryObjectLeavesTheSelectionAlone)
 
 TEST_F(Levels, AnExplicitLevelIsStrongerThanTheEnvironment)
 {
+#if !defined(__unix__) && !defined(__APPLE__)
+    GTEST_SKIP() << "the library asks no environment here";
+#endif
     setenv("KANVO_LEVEL", "portable", 1);
     EXPECT_EQ(Kanvo_SelectRows(Best()), Best());
     EXPECT_EQ(Kanvo_SelectRows(KL_BEST), KL_PORTABLE);
