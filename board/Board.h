@@ -29,11 +29,17 @@ void CleanCache(const void* begin, std::size_t bytes);
 //! Ticks of the global timer, which was started by the first call. With -icount shift=0 QEMU ticks every ten instructions.
 std::uint64_t Ticks();
 
+//! Without -icount.
+constexpr std::uint64_t TicksPerSecond = 100000000;
+
 //! Waits for a byte from the serial line.
 int ReadSerial();
 
 //! Ends the program at once, from anywhere; status becomes QEMU's own.
 [[noreturn]] void Exit(int status);
+
+//! Called when an exception has been reported, before the program ends: for a last word. It may only print.
+void SetExceptionHook(void (*hook)());
 
 //! Writes text, from anywhere, without buffers or memory.
 void Print(const char* text);

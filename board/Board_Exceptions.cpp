@@ -8,6 +8,8 @@ extern "C" [[noreturn]] void Board_Exception(std::uint32_t kind, std::uint32_t a
 namespace
 {
 
+void (*g_hook)() = nullptr;
+
 const char* NameOf(std::uint32_t kind)
 {
     switch (kind)
@@ -50,7 +52,16 @@ void Board_Exception(std::uint32_t kind, std::uint32_t address)
         PrintHex(", status ", status);
     }
     board::Print("\n");
+    if (g_hook != nullptr)
+    {
+        g_hook();
+    }
     board::Exit(100 + static_cast<int>(kind));
+}
+
+void board::SetExceptionHook(void (*hook)())
+{
+    g_hook = hook;
 }
 
 void board::Print(const char* text)

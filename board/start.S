@@ -220,5 +220,6 @@ board_interrupt:
 
     .section .map, "aw", %nobits
     .balign 16384
+    .global board_map
 board_map:
     .space  16384

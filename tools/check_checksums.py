@@ -27,7 +27,8 @@ MACHINES = {
     "clang": (["-DCMAKE_CXX_COMPILER=clang++"], "kanvo-checksums", HOST_LEVEL),
     "armhf": ([f"-DCMAKE_TOOLCHAIN_FILE={ROOT}/cmake/armhf-a9.cmake"], "kanvo-checksums", "neon"),
     "aarch64": ([f"-DCMAKE_TOOLCHAIN_FILE={ROOT}/cmake/aarch64.cmake"], "kanvo-checksums", "neon"),
-    "board": ([f"-DCMAKE_TOOLCHAIN_FILE={ROOT}/cmake/bare-a9.cmake"], "board-gallery", "neon"),
+    "board": ([f"-DCMAKE_TOOLCHAIN_FILE={ROOT}/cmake/bare-a9.cmake", "-DKANVO_BUILD_TESTS=ON", "-DKANVO_RTTI=ON"],
+              "board-gallery", "neon"),  # `./dev target` builds the board's tests in its folder
 }
 EMULATORS = {
     "armhf": ["qemu-arm", "-cpu", "cortex-a9", "-L", "/usr/arm-linux-gnueabihf"],
@@ -53,9 +54,9 @@ def build(machine, flag, folder, options):
     """The program, or None where it did not build."""
     settings, program, _ = MACHINES[machine]
     log = folder / "build.log"
-    configure = ["cmake", "-G", "Ninja", "-S", str(ROOT), "-B", str(folder), "-DCMAKE_BUILD_TYPE=None", *settings,
+    configure = ["cmake", "-G", "Ninja", "-S", str(ROOT), "-B", str(folder), "-DCMAKE_BUILD_TYPE=None",
                  f"-DCMAKE_CXX_FLAGS_NONE={flag}", f"-DCMAKE_C_FLAGS_NONE={flag}", f"-DKANVO_IMAGE_PROGRAM={options.image_program}",
-                 *(f"-DKANVO_BUILD_{part}=OFF" for part in ("TESTS", "TOOLS", "BENCH", "EXAMPLES", "FUZZ"))]
+                 *(f"-DKANVO_BUILD_{part}=OFF" for part in ("TESTS", "TOOLS", "BENCH", "EXAMPLES", "FUZZ")), *settings]
     make = ["cmake", "--build", str(folder), "--target", program, "-j", str(options.jobs)]
     if run(configure, log) != 0 or run(make, log) != 0:
         return None

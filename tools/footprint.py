@@ -1,18 +1,22 @@
 #!/usr/bin/env python3
 """What the library takes on a Cortex-A9: flash, RAM, stack, and what it needs of the C library. Writes docs/FOOTPRINT.md.
 
-  footprint.py BUILDDIR           builds the library for the bare target there and checks the limits
-  footprint.py BUILDDIR --write   and writes docs/FOOTPRINT.md
+  footprint.py BUILDDIR           builds the library for the bare target there, checks the limits, and that docs/FOOTPRINT.md has
+                                  the figures of this build: all of them, for its compiler gives the same ones everywhere
+  footprint.py BUILDDIR --write   checks the limits and writes docs/FOOTPRINT.md
 
 Limits: no virtual operation of the ARGB32 bitmap takes more than STACK_LIMIT bytes of stack, nothing in them is recursive, no
 frame has a size that is known only at run time, and no file asks for a symbol that is not on its list below. An indirect call
 counts as the deepest function it can lead to: of row functions and loops over rows all levels, of a virtual operation every
 class of the library, of another function pointer every function of the same file whose address is taken.
 
-Last line: "N passed, M failed", counted in checks. Exit status 1 where a limit is exceeded.
+Another version of the compiler than the page's has other figures: then that is said, and only the limits are checked.
+
+Last line: "N passed, M failed", counted in checks. Exit status 1 where a limit is exceeded or the page is of another build.
 """
 
 import argparse
+import difflib
 import os
 import re
 import subprocess
@@ -21,6 +25,7 @@ from collections import defaultdict
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
+PAGE = ROOT / "docs/FOOTPRINT.md"
 TOOL = "arm-none-eabi-"
 STACK_LIMIT = 2048
 LIBRARY_CALL = 64  # what a function of the C library that drawing may call is taken to need at most
@@ -338,9 +343,8 @@ class Graph:
 def page(results, saved, stacks, fine, graph, report):
     arm, thumb, small, silent = results
     lines = ["# Footprint", "",
-             "What the library takes on a Cortex-A9, bare metal, gcc " +
-             output(TOOL + "g++", "-dumpfullversion").strip() + ". Written by `tools/footprint.py BUILDDIR --write`; "
-             "`./dev target` checks the limits.", "",
+             f"What the library takes on a Cortex-A9, bare metal, gcc {compiler()}. Written by `tools/footprint.py BUILDDIR --write`; "
+             "`./dev target` checks the limits, and that the figures are those of the build.", "",
              "## Flash", "",
              "Code, constants and initial values in bytes, `-ffunction-sections`, before the linker leaves out what is not "
              "used. All operations of a bitmap are virtual: whoever draws at all links all of drawing; the profiler, the source "
@@ -387,6 +391,26 @@ def page(results, saved, stacks, fine, graph, report):
     return "\n".join(lines) + "\n"
 
 
+def compiler():
+    return output(TOOL + "g++", "-dumpfullversion").strip()
+
+
+def check_page(text):
+    """Empty where docs/FOOTPRINT.md is what this build would write, else what differs."""
+    before = PAGE.read_text() if PAGE.exists() else ""
+    if before == text:
+        return ""
+    version = re.search(r"bare metal, gcc ([\w.]+?)\.? ", before)
+    if version and version[1] != compiler():
+        print(f"docs/FOOTPRINT.md is of gcc {version[1]}, this is {compiler()}: its figures are not compared")
+        return ""
+    changes = [line for line in difflib.unified_diff(before.splitlines(), text.splitlines(), n=0, lineterm="")
+               if re.match(r"[-+](?![-+])", line)]
+    more = [f"... and {len(changes) - 20} lines more"] if len(changes) > 20 else []
+    return "\n    ".join(["docs/FOOTPRINT.md (-) is not what this build gives (+); if it is meant to be so: ./dev target --record",
+                          *changes[:20], *more])
+
+
 def main():
     options = argparse.ArgumentParser()
     options.add_argument("folder", type=Path)
@@ -420,16 +444,18 @@ def main():
     wrong, fine = check_undefined(asked)
     failures += wrong
 
-    # What a product may switch off is at least compiled and linked.
-    silent = build(folder / "silent", "-O2", "-DKANVO_ASSERT=OFF")
-    linked(folder / "switches", *(f"-D{switch}=OFF" for switch in switches()))
-
-    if options.write and not failures:
+    # What a product may switch off is compiled and linked for it.
+    if not failures:
         report = max(frame for title, frame in graph.frame.items() if "Trak_Report" in title)
         results = [sizes(objects), sizes(build(folder / "thumb-O2", "-O2 -mthumb")),
                    sizes(build(folder / "thumb-Os", "-Os -mthumb")),
-                   sizes(silent)]
-        (ROOT / "docs/FOOTPRINT.md").write_text(page(results, savings(folder / "switches"), stacks, fine, graph, report))
+                   sizes(build(folder / "silent", "-O2", "-DKANVO_ASSERT=OFF"))]
+        text = page(results, savings(folder / "switches"), stacks, fine, graph, report)
+        if options.write:
+            PAGE.write_text(text)
+        elif complaint := check_page(text):
+            failures.append(complaint)
+        checks += 1
     if stacks:
         name, (size, _) = stacks[0]
         print(f"deepest stack: {size} bytes ({name}); {len(stacks)} virtual operations, {len(objects)} files")

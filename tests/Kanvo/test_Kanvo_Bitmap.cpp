@@ -336,16 +336,18 @@ TEST(Cliprect, IsTheWholeBitmapAtFirst)
 
 TEST(Cliprect, IsKeptInsideTheBitmapAndEmptyWhereNothingIsLeft)
 {
+    using Values = std::initializer_list<Tov_UInt>;
     AssertCapture asserts;
     Differences   differences;
     for (const auto& [width, height] : {std::pair<Tov_UInt, Tov_UInt>{WIDTH, HEIGHT}, {1, 1}, {1, HEIGHT}, {0, HEIGHT}})
     {
         Sized bitmap(width, height);
-        for (const Tov_UInt minX : {0U, 1U, WIDTH - 1, WIDTH, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
-            for (const Tov_UInt minY : {0U, 1U, HEIGHT - 1, HEIGHT, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
-                for (const Tov_UInt maxX : {0U, 1U, WIDTH - 2, WIDTH - 1, WIDTH, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
+        for (const Tov_UInt minX : Values{0U, 1U, WIDTH - 1, WIDTH, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
+            for (const Tov_UInt minY : Values{0U, 1U, HEIGHT - 1, HEIGHT, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
+                for (const Tov_UInt maxX :
+                     Values{0U, 1U, WIDTH - 2, WIDTH - 1, WIDTH, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
                     for (const Tov_UInt maxY :
-                         {0U, 1U, HEIGHT - 2, HEIGHT - 1, HEIGHT, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
+                         Values{0U, 1U, HEIGHT - 2, HEIGHT - 1, HEIGHT, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU})
                     {
                         bitmap.SetCliprect(minX, minY, maxX, maxY);
                         if (!(ClipOf(bitmap) == KeptInside({minX, minY, maxX, maxY}, width, height)))

@@ -424,7 +424,7 @@ TEST(FillRect, ABrokenPromiseOfNoClippingIsReportedAndDrawsNothing)
     for (const unsigned optimized : BOTH_PATHS)
     {
         Stage stage(optimized, 3, 3, 0xFF000000);
-        for (const std::int32_t at : {-1, 1, 2, 3, INT32_MIN, INT32_MAX})
+        for (const std::int32_t at : std::initializer_list<std::int32_t>{-1, 1, 2, 3, INT32_MIN, INT32_MAX})
         {
             EXPECT_EQ(stage.FillRect(3, 1, at, 0, 0xFFFFFFFF, NOCLIP), Messages{NOT_INSIDE});
             EXPECT_EQ(stage.FillRect(1, 3, 0, at, 0x80FFFFFF, NOCLIP), Messages{NOT_INSIDE});

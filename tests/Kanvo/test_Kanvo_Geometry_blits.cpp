@@ -1071,7 +1071,7 @@ void ExpectAgreement(const char* what, const Agreement& agreement, int furthest,
     EXPECT_EQ(agreement.onlyOne, 0U) << what << ": " << agreement.example;
     EXPECT_EQ(agreement.firstApart, 0U) << what;  // what begins a row in both is one and the same
     EXPECT_LE(agreement.furthest, furthest) << what << ", in 1/65536 px";
-    EXPECT_LE(agreement.otherPixel * 10000, agreement.pixels) << what;
+    EXPECT_LE(agreement.otherPixel * 10000, agreement.pixels + 10000) << what;  // one may be met in however few
     EXPECT_GT(agreement.pixels, cases * 2) << what;
 }
 
@@ -1362,7 +1362,7 @@ TEST(RotBlitGeometry, FilteredUprightAndUnstretchedItSamplesAllButTheCentres)
             const auto at = turn.ToSource({pixel.x + 0.5, pixel.y + 0.5});
             const int  v  = static_cast<int>(std::lround((at.x - 0.5 + where.srcX) * 65536));
             const int  u  = static_cast<int>(std::lround((at.y - 0.5 + where.srcY) * 65536));
-            worst         = std::max({worst, std::abs(pixel.v - v), std::abs(pixel.u - u)});
+            worst = std::max({worst, static_cast<int>(std::abs(pixel.v - v)), static_cast<int>(std::abs(pixel.u - u))});
         }
     }
     EXPECT_LE(worst, 65536 / 4096) << "in 1/65536 px";

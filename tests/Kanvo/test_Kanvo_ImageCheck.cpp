@@ -219,7 +219,8 @@ TEST_P(ImageCheck, WidthAndHeightAreOneTo32767)
 TEST_P(ImageCheck, ThePaletteHasOneToAsManyEntriesAsIndicesCanNameAndLiesInTheData)
 {
     const std::uint32_t most = GetParam() == 8 ? 256 : 65536;
-    for (const std::uint32_t count : {0U, most + 1, 0x3FFFFFFFU, 0x40000000U, 0x40000001U, 0x80000000U, 0xFFFFFFFFU})
+    for (const std::uint32_t count : std::initializer_list<std::uint32_t>{0U, most + 1, 0x3FFFFFFFU, 0x40000000U,
+                                                                          0x40000001U, 0x80000000U, 0xFFFFFFFFU})
     {
         EXPECT_EQ(Check(With(24, count)), (Verdict{IMAGE_BAD_PALETTE, 24})) << count;
     }

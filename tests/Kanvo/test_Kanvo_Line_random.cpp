@@ -360,8 +360,8 @@ private:
         bitmap.Lock();
 
         reference::Canvas   canvas{m_expected.data(), ground.width, ground.height, ground.pitch, 1, 1, 0, 0};
-        const std::uint32_t maxX = std::min(ground.clip[2], ground.width - 1);
-        const std::uint32_t maxY = std::min(ground.clip[3], ground.height - 1);
+        const std::uint32_t maxX = std::min<std::uint32_t>(ground.clip[2], ground.width - 1);
+        const std::uint32_t maxY = std::min<std::uint32_t>(ground.clip[3], ground.height - 1);
         if (ground.clip[0] <= maxX && ground.clip[1] <= maxY)
         {
             canvas.clipMinX = ground.clip[0];

@@ -33,8 +33,9 @@ TEST(Library, KnowsTheBytesOfEveryPixelFormat)
     EXPECT_EQ(Kanvo::BytesPerPixel(BM_RGB565), 2U);
     EXPECT_EQ(Kanvo::BytesPerPixel(BM_RGB555), 2U);
     EXPECT_EQ(Kanvo::BytesPerPixel(BM_ALPHA8), 1U);
-    for (const Tov_UInt type : {Tov_UInt{BM_UNKNWON}, Tov_UInt{BM_RGB32RLE8}, Tov_UInt{BM_RGB32RLE16},
-                                Tov_UInt{BM_ALPHA1}, Tov_UInt{BM_QUANTITY}, 255U, 256U + BM_ARGB32, 0xFFFFFFFFU})
+    for (const Tov_UInt type :
+         {Tov_UInt{BM_UNKNWON}, Tov_UInt{BM_RGB32RLE8}, Tov_UInt{BM_RGB32RLE16}, Tov_UInt{BM_ALPHA1},
+          Tov_UInt{BM_QUANTITY}, Tov_UInt{255}, Tov_UInt{256 + BM_ARGB32}, Tov_UInt{0xFFFFFFFF}})
     {
         EXPECT_EQ(Kanvo::BytesPerPixel(type), 0U) << type;
     }
@@ -102,7 +103,7 @@ TEST(Library, RefusesEmptySizesReadOnlyMemoryAndTypesWithoutPixels)
     EXPECT_EQ(library.AllocBitmapBuffer(BM_ARGB32, BBT_KANVO, 1, 0), nullptr);
     EXPECT_EQ(library.AllocBitmapBuffer(BM_ARGB32, BBT_KANVO, 0, 0), nullptr);
     EXPECT_EQ(library.AllocBitmapBuffer(BM_ARGB32, BBT_ROM, 4, 4), nullptr);
-    for (const Tov_UInt type : {Tov_UInt{BM_UNKNWON}, Tov_UInt{BM_RGB32RLE8}, Tov_UInt{BM_RGB32RLE16}, 77U})
+    for (const Tov_UInt type : {Tov_UInt{BM_UNKNWON}, Tov_UInt{BM_RGB32RLE8}, Tov_UInt{BM_RGB32RLE16}, Tov_UInt{77}})
     {
         EXPECT_EQ(library.AllocBitmapBuffer(type, BBT_KANVO, 4, 4), nullptr) << type;
     }

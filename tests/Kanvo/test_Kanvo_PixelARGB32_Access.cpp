@@ -117,7 +117,7 @@ TEST(PixelARGB32, ASpanIsWrittenWholeAndTheOffsetStandsBehindIt)
 TEST(PixelARGB32, ASpanOfZeroOrLessWritesNothingAndLeavesTheOffset)
 {
     support::Fence nothing(0);
-    for (const Tov_Int count : {0, -1, -2, -65536, std::numeric_limits<Tov_Int>::min()})
+    for (const Tov_Int count : std::initializer_list<Tov_Int>{0, -1, -2, -65536, std::numeric_limits<Tov_Int>::min()})
     {
         Kanvo_OffsetARGB32 offset = nothing.As<Kanvo_PixelARGB32>();
         Access::PutSpan(offset, 0xFFFFFFFFU, count);

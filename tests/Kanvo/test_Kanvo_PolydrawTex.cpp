@@ -733,7 +733,7 @@ TEST(PolydrawTex, ModesAndAxesThatShowNothingAssert)
 {
     TexturedStage          stage(BM_ARGB32);
     support::AssertCapture asserts;
-    for (const std::uint32_t mode : {0U, 3U, std::uint32_t{TM_UV}, std::uint32_t{TM_DIRECT}, 0xFFFFFFFFU})
+    for (const std::uint32_t mode : std::initializer_list<std::uint32_t>{0U, 3U, TM_UV, TM_DIRECT, 0xFFFFFFFFU})
     {
         stage.State().Set(TEXTUREMODE, mode);
         stage.Polygon(SQUARE, 0xFFFFFFFFU, POLY_USE_RENDERSTATE);

@@ -370,9 +370,11 @@ TEST(RleBlits, PositionsAtTheEndsOfTheNumbersDrawNothing)
     UncheckedRle   source = SourceOf(image, bytes);
     for (const Entry& entry : {ENTRIES[0], ENTRIES[2], ENTRIES[4]})
     {
-        for (const std::int32_t x : {INT32_MIN, INT32_MIN + 1, -1, 0, 7, 8, INT32_MAX - 1, INT32_MAX})
+        for (const std::int32_t x :
+             std::initializer_list<std::int32_t>{INT32_MIN, INT32_MIN + 1, -1, 0, 7, 8, INT32_MAX - 1, INT32_MAX})
         {
-            for (const std::int32_t y : {INT32_MIN, INT32_MIN + 1, -1, 0, 7, 8, INT32_MAX - 1, INT32_MAX})
+            for (const std::int32_t y :
+                 std::initializer_list<std::int32_t>{INT32_MIN, INT32_MIN + 1, -1, 0, 7, 8, INT32_MAX - 1, INT32_MAX})
             {
                 for (const unsigned factor : {1U, 65535U})
                 {

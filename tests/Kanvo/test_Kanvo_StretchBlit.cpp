@@ -770,7 +770,7 @@ TEST(StretchBlit, WithoutItsFlagTheColourKeyIsNotLookedAt)
         const int     alpha    = cell.full ? 255 : 200;
         std::uint32_t expected = cell.result(0x10203040, sample, alpha);
         ASSERT_NE(expected, 0x10203040U);
-        for (const Kanvo_Color key : {sample.Color(), sample.stored, 0U})
+        for (const Kanvo_Color key : {sample.Color(), sample.stored, Kanvo_Color{0}})
         {
             EXPECT_EQ(Stretched(OB_NONE, 0x10203040, source.Bitmap(), cell.flags, alpha, key), expected) << cell.name;
         }

@@ -12,6 +12,7 @@
 
 TEST(Tables, AreThoseOfTheirGenerator)
 {
+    if (std::system(nullptr) == 0) GTEST_SKIP() << "there are no processes here";
     const std::string command = std::string("python3 \"") + KANVO_SOURCE_DIR + "/tools/make_tables.py\" --check";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
 }

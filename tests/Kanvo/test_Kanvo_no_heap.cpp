@@ -1,114 +1,23 @@
-// Proves that drawing takes nothing from the heap: this file stands in front of the C library's allocation functions, which
-// everything else goes through, and counts what is asked for between Lock and Unlock. Not under sanitizers, which do the
-// same, and only where the C library can be reached behind its own names (glibc).
+// Proves that drawing takes nothing from the heap: here every operation between Lock and Unlock, and that the watch works which
+// is kept over all other tests (HeapWatch).
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "AssertCapture.h"
+#include "HeapWatch.h"
 #include "Kanvo.h"
 #include "RleImage.h"
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer) || __has_feature(thread_sanitizer)
-#define KANVO_TEST_SANITIZED 1
-#endif
-#endif
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define KANVO_TEST_SANITIZED 1
-#endif
-
-#if defined(__GLIBC__) && !defined(KANVO_TEST_SANITIZED)
-#define KANVO_TEST_COUNTS_HEAP 1
-#else
-#define KANVO_TEST_COUNTS_HEAP 0
-#endif
+using support::HeapCount;
 
 namespace
 {
-
-bool        g_counting = false;
-std::size_t g_calls    = 0;
-
-}  // namespace
-
-#if KANVO_TEST_COUNTS_HEAP
-
-// operator new and delete of the C++ library end here too.
-extern "C"
-{
-    void* __libc_malloc(std::size_t bytes);
-    void* __libc_calloc(std::size_t count, std::size_t bytes);
-    void* __libc_realloc(void* block, std::size_t bytes);
-    void* __libc_memalign(std::size_t alignment, std::size_t bytes);
-    void  __libc_free(void* block);
-
-    void* malloc(std::size_t bytes) noexcept
-    {
-        g_calls += g_counting;
-        return __libc_malloc(bytes);
-    }
-    void* calloc(std::size_t count, std::size_t bytes) noexcept
-    {
-        g_calls += g_counting;
-        return __libc_calloc(count, bytes);
-    }
-    void* realloc(void* block, std::size_t bytes) noexcept
-    {
-        g_calls += g_counting;
-        return __libc_realloc(block, bytes);
-    }
-    void* aligned_alloc(std::size_t alignment, std::size_t bytes) noexcept
-    {
-        g_calls += g_counting;
-        return __libc_memalign(alignment, bytes);
-    }
-    void* memalign(std::size_t alignment, std::size_t bytes) noexcept
-    {
-        g_calls += g_counting;
-        return __libc_memalign(alignment, bytes);
-    }
-    int posix_memalign(void** block, std::size_t alignment, std::size_t bytes) noexcept
-    {
-        g_calls += g_counting;
-        *block = __libc_memalign(alignment, bytes);
-        return *block == nullptr ? 12 : 0;
-    }
-    void free(void* block) noexcept
-    {
-        g_calls += g_counting && block != nullptr;
-        __libc_free(block);
-    }
-}
-
-#endif
-
-namespace
-{
-
-//! Counts from construction to destruction.
-class HeapCount
-{
-public:
-    HeapCount()
-    {
-        g_calls    = 0;
-        g_counting = true;
-    }
-    ~HeapCount() { g_counting = false; }
-    HeapCount(const HeapCount&)            = delete;
-    HeapCount& operator=(const HeapCount&) = delete;
-
-    //! Ends the counting.
-    static std::size_t Calls()
-    {
-        g_counting = false;
-        return g_calls;
-    }
-};
 
 void Ignore(const char*, unsigned int, const char*) {}
 
@@ -176,9 +85,14 @@ void DrawEverything(Kanvo_Bitmap& target, const std::vector<Kanvo_Bitmap*>& sour
 
 }  // namespace
 
+#define NEEDS_COUNT() \
+    if (!support::CountsHeap()) GTEST_SKIP() << "the heap of this program is not ours to look at"
+#define NEEDS_WATCH() \
+    if (!support::WatchesHeap()) GTEST_SKIP() << "the library has no area of its own in this program"
+
 TEST(NoHeap, TheCountSeesWhatTheLibraryTakes)
 {
-#if KANVO_TEST_COUNTS_HEAP
+    NEEDS_COUNT();
     const HeapCount count;
     void* volatile block = std::malloc(100);  // volatile: or the pair may be left out
     std::free(block);
@@ -187,9 +101,116 @@ TEST(NoHeap, TheCountSeesWhatTheLibraryTakes)
     int* volatile number = new int(7);
     delete number;
     EXPECT_EQ(again.Calls(), 2U);
-#else
-    GTEST_SKIP() << "the sanitizer has these functions";
-#endif
+}
+
+namespace
+{
+
+void* volatile g_block = nullptr;
+
+// Code of this test in the area of the library's drawing code, see heap_watch.ld.
+[[gnu::noinline, gnu::section(".text.as_if_drawing")]] void AsksForMemory()
+{
+    g_block = std::malloc(10);
+}
+[[gnu::noinline, gnu::section(".text.as_if_drawing")]] void GivesMemoryBack()
+{
+    std::free(g_block);
+    g_block = nullptr;
+}
+[[gnu::noinline, gnu::section(".text.as_if_drawing")]] void MakesAnObject()
+{
+    g_block = new int(7);
+    asm volatile("");
+}
+[[gnu::noinline, gnu::section(".text.as_if_drawing")]] void MakesABitmap(Kanvo_Screen& screen)
+{
+    const Kanvo_BitmapARGB32 bitmap(&screen, 4, 4);
+    EXPECT_NE(bitmap.GetBuffer(), nullptr);
+}
+[[gnu::noinline, gnu::section(".text.as_if_drawing")]] void CopiesAText()
+{
+    g_block = strdup("text");
+}
+[[gnu::noinline, gnu::section(".text.as_if_drawing")]] void Calls(void (*action)())
+{
+    void (*volatile called)() = action;  // what is known at compile time might become part of this function
+    called();
+    asm volatile("");
+}
+
+}  // namespace
+
+TEST(HeapWatch, HearsOfEveryCallFromDrawingCode)
+{
+    NEEDS_WATCH();
+    EXPECT_EQ(support::TakeHeapComplaint(), "");
+    AsksForMemory();
+    EXPECT_EQ(support::TakeHeapComplaint().find("malloc, called by 0x"), 0U);
+    GivesMemoryBack();
+    EXPECT_EQ(support::TakeHeapComplaint().find("free, called by 0x"), 0U);
+    MakesAnObject();
+    EXPECT_EQ(support::TakeHeapComplaint().find("operator new, called by 0x"), 0U);
+    GivesMemoryBack();
+    EXPECT_NE(support::TakeHeapComplaint(), "");
+}
+
+TEST(HeapWatch, HearsOfMemoryThatDrawingCodeTakesThroughTheLibraryObject)
+{
+    NEEDS_WATCH();
+    Kanvo             library;
+    Kanvo_Screen      screen(&library);
+    const std::size_t before = support::HeapCallsOfLibrary();
+    MakesABitmap(screen);
+    EXPECT_EQ(support::TakeHeapComplaint().find("malloc, called by 0x"), 0U);
+    EXPECT_EQ(support::HeapCallsOfLibrary(), before);
+}
+
+TEST(HeapWatch, HearsOfMemoryThatDrawingCodeTakesThroughTheCLibrary)
+{
+    NEEDS_WATCH();
+    CopiesAText();
+    EXPECT_EQ(support::TakeHeapComplaint().find("malloc, called by 0x"), 0U);
+    std::free(g_block);
+    EXPECT_EQ(support::TakeHeapComplaint(), "");
+}
+
+TEST(HeapWatch, LeavesAloneWhatTestsDo)
+{
+    NEEDS_WATCH();
+    const support::AssertCapture asserts;  // whose handler keeps the text, called by the library
+    Kanvo_BitmapARGB32           bitmap(nullptr, 4, 4);
+    bitmap.Clear(0);
+    EXPECT_NE(asserts.Count(), 0U);
+    Calls(
+        []
+        {
+            g_block = std::malloc(1000);
+            std::free(g_block);
+            asm volatile("");  // or free might be jumped to and return to Calls
+        });
+    Calls(
+        []
+        {
+            Kanvo                    library;
+            Kanvo_Screen             screen(&library);
+            const Kanvo_BitmapARGB32 made(&screen, 4, 4);
+        });
+    EXPECT_EQ(support::TakeHeapComplaint(), "");
+}
+
+TEST(HeapWatch, SeesTheLibraryWhereItMayAsk)
+{
+    NEEDS_WATCH();
+    const std::size_t before = support::HeapCallsOfLibrary();
+    {
+        Kanvo                    library;
+        Kanvo_Screen             screen(&library);
+        const Kanvo_BitmapARGB32 bitmap(&screen, 4, 4);
+        EXPECT_EQ(support::HeapCallsOfLibrary() - before, 1U);
+    }
+    EXPECT_EQ(support::HeapCallsOfLibrary() - before, 2U);
+    EXPECT_EQ(support::TakeHeapComplaint(), "");
 }
 
 TEST(NoHeap, NoOperationTakesMemoryBetweenLockAndUnlock)
@@ -247,5 +268,5 @@ TEST(NoHeap, NoOperationTakesMemoryBetweenLockAndUnlock)
         EXPECT_NE(static_cast<const Tov_UInt*>(target.GetBuffer())[5 * SIDE + 5], BACKGROUND);
     }
     Trak_SetAssertHandler(before);
-    if (!KANVO_TEST_COUNTS_HEAP) GTEST_SKIP() << "drawn, but not counted: the sanitizer has these functions";
+    if (!support::CountsHeap()) GTEST_SKIP() << "drawn, but not counted: the heap is not ours to look at";
 }

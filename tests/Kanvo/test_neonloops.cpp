@@ -327,11 +327,12 @@ TEST_P(Neonloops, EveryWidthAndOddHeightsAgainstTheFences)
                 {
                     const std::uint32_t dstPadding = dice.Of({0U, 0U, 4U, 12U, 64U});
                     // pitches of whole pixels: the smallest for each format, and those of other tests
-                    const std::uint32_t srcPadding = dice.Of({0U, 0U, std::max(1U, loop.sourceBytes), 4U, 12U, 64U});
-                    const std::uint8_t  alpha      = dice.NextByte();
-                    const auto          color      = dice.NextHostileWord();
-                    const std::string   failure    = bench.Run(
-                             loop, {width, height, dstPadding, srcPadding, dstLies, srcLies, 4, 0, color, alpha}, dice);
+                    const std::uint32_t srcPadding =
+                        dice.Of<std::uint32_t>({0U, 0U, std::max<std::uint32_t>(1, loop.sourceBytes), 4U, 12U, 64U});
+                    const std::uint8_t alpha   = dice.NextByte();
+                    const auto         color   = dice.NextHostileWord();
+                    const std::string  failure = bench.Run(
+                         loop, {width, height, dstPadding, srcPadding, dstLies, srcLies, 4, 0, color, alpha}, dice);
                     ASSERT_EQ(failure, "");
                 }
             }
@@ -381,7 +382,7 @@ TEST_P(Neonloops, RectanglesWithoutPixelsTouchNothing)
         with.alpha    = 128;
         with.color    = 0x80808080;
         with.width    = 0;
-        with.height   = std::min(count, 1000U);
+        with.height   = std::min<std::uint32_t>(count, 1000);
         LoopOf().run(with);
         with.width  = count;
         with.height = 0;

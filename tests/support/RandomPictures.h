@@ -93,8 +93,8 @@ inline PictureArea ThrowPicture(Dice& dice, Known known)
 {
     const Area size   = ThrowArea(dice, reference::BytesPerPixel(known.format), 24);
     const bool larger = !dice.OneIn(4);
-    return ThrowPicture(dice, known, larger ? std::max(size.width, 10U) : size.width,
-                        larger ? std::max(size.height, 10U) : size.height);
+    return ThrowPicture(dice, known, larger ? std::max<std::uint32_t>(size.width, 10) : size.width,
+                        larger ? std::max<std::uint32_t>(size.height, 10) : size.height);
 }
 
 //! Nothing for none set, in most cases.

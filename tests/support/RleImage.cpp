@@ -46,7 +46,7 @@ std::vector<unsigned> ThrowTokens(Dice& dice, int unitBits, std::uint32_t pixels
     while (pixels > 0)
     {
         const unsigned bound = dice.OneIn(4) ? most : usual;
-        const unsigned count = std::min(pixels, 1 + dice.Below(bound));
+        const unsigned count = std::min<std::uint32_t>(pixels, 1 + dice.Below(bound));
         pixels -= count;
         if (dice.OneIn(literal))
         {
