@@ -72,6 +72,7 @@ private:
                 image::ExactPalette(pixels, image::LongestPalette(image::Unit::Bits8), image::Hidden::Keep);
             stored = image::BuildImage(indexed.value(), width, height, image::Unit::Bits8);
             source = std::make_unique<Kanvo_BitmapRLE>(&screen, stored.data(), stored.size(), true);
+            mask   = std::make_unique<Kanvo_BitmapA8>(&screen, 1U, 1U);  // asked for, and not read
         }
         else if (input.rgb565)
         {
@@ -100,7 +101,6 @@ std::function<void(int)> Rectangles(const Input& input, const std::shared_ptr<St
     const Kanvo_Color color = kind.color;
     Tov_UByte         alpha = 255;
     if (kind.operation == Operation::OverAlpha || kind.operation == Operation::Blend565) alpha = GLOBAL_ALPHA;
-    if (kind.operation == Operation::Rle) alpha = BLENDED;
     switch (kind.operation)
     {
     case Operation::FillOpaque:
@@ -112,6 +112,7 @@ std::function<void(int)> Rectangles(const Input& input, const std::shared_ptr<St
                       { s.target.BlitAlpha(s.source.get(), nullptr, width, height, 0, 0, x, y, 0, 255); });
     case Operation::PictureByMask:
     case Operation::Picture565ByMask:
+    case Operation::Rle:
         return Places(input, stage,
                       [=](Stage& s, int x, int y)
                       { s.target.BlitAlpha(s.source.get(), s.mask.get(), width, height, 0, 0, x, y, 0, 255); });

@@ -23,8 +23,11 @@ FOLDER = Path(__file__).resolve().parent.parent / "comps/Kanvo/code/Kanvo_NEON"
 # spelling of 32 and of 64 bits, where whole registers are called q.
 ON_PIXELS = re.compile(r"\bv(ld|st)[1-4]\.|\bv\w+\.[iusp]?(8|16)\b|\bv\d+\.(8b|16b|4h|8h)\b|\b(ldr|ldp|ldur|str|stp|stur)\s+q\d")
 
-# Copies bytes by way of the portable body, on purpose.
-NOT_NEON = {"CopyBytes"}
+
+def not_neon():
+    """Row functions whose NEON body is the portable one, on purpose: CopyBytes, and those that call other row functions."""
+    compound = re.search(r"^#define KANVO_COMPOUND_ROW_LIST\(ROW\)(.*)", (FOLDER / "rows.h").read_text(), re.M).group(1)
+    return {"CopyBytes", *re.findall(r"ROW\((\w+)\)", compound)}
 
 
 def names(header, of):
@@ -61,7 +64,7 @@ def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
     trace = executed(sys.argv[1:])
-    rows = names("rows.h", "Kanvo_RowsReference") - NOT_NEON
+    rows = names("rows.h", "Kanvo_RowsReference") - not_neon()
     loops = names("neonloops_rects.h", "Kanvo_LoopRects")
     missing = [f"row function {row}: no NEON instruction of it was executed" for row in sorted(rows)
                if not any(re.search(rf"RowsNEON::{row}\(", name) and ON_PIXELS.search(text) for name, text in trace)]
