@@ -110,12 +110,14 @@ def level_of(name):
     return name.split("/")[0]
 
 
-def change(before, now):
-    """+0.05 for 5 % more."""
-    return now / before - 1 if before else (0 if now == before else 1)
+def change(before, now, slack):
+    """+0.05 for 5 % more; 0 for what rounding makes of equal counts, which is at most slack."""
+    if abs(now - before) <= slack:
+        return 0
+    return now / before - 1 if before else 1
 
 
-def compare(table, counted):
+def compare(table, counted, tolerance=TOLERANCE, slack=0):
     """What is wrong, as lines of text. Levels that this machine does not have are not missed."""
     levels = {level_of(name) for name in counted}
     lines = []
@@ -123,18 +125,18 @@ def compare(table, counted):
         if name not in table:
             lines.append(f"{name}: not in the table; write it")
             continue
-        by = change(table[name].cost, row.cost)
+        by = change(table[name].cost, row.cost, slack)
         figures = f"{table[name].cost:g} -> {row.cost:.4g} instructions per {row.unit}, {100 * by:+.1f} %"
-        if by > TOLERANCE:
+        if by > tolerance:
             lines.append(f"{name}: costs more: {figures}")
-        elif by < -TOLERANCE:
+        elif by < -tolerance:
             lines.append(f"{name}: costs less, write the table to keep that: {figures}")
     lines += [f"{name}: in the table, but no longer counted; write it"
               for name in table if level_of(name) in levels and name not in counted]
     return lines
 
 
-def update(table, counted, note):
+def update(table, counted, note, tolerance=TOLERANCE, slack=0):
     """The new rows, and the names of those that rose without a note. Rows of levels not counted here stay."""
     levels = {level_of(name) for name in counted}
     rows, risen = {}, []
@@ -142,12 +144,12 @@ def update(table, counted, note):
         before = table.get(name)
         kept = before.note if before else ""
         if before:
-            by = change(before.cost, row.cost)
-            if by > TOLERANCE:
+            by = change(before.cost, row.cost, slack)
+            if by > tolerance:
                 kept = f"was {before.cost:g}: {note}"
                 if not note:
                     risen.append(f"{name}: {before.cost:g} -> {row.cost:.4g}, {100 * by:+.1f} %")
-            elif by < -TOLERANCE:
+            elif by < -tolerance:
                 kept = ""
         rows[name] = Row(row.cost, row.unit, kept)
     for name, row in table.items():
@@ -180,6 +182,7 @@ def self_test():
         ("no longer counted", both, table_of(portable__a=2.0, avx2__a=1.0), ["portable/b: in the table, but"]),
         ("from nothing to something", table_of(portable__a=0.0), table_of(portable__a=1.0), ["portable/a: costs more"]),
     ]
+    expect("rounding is no change", compare(table_of(portable__a=0.7), table_of(portable__a=0.8), slack=0.15) == [], "some")
     for title, table, counted, expected in cases:
         lines = compare(table, counted)
         expect(title, len(lines) == len(expected) and all(l.startswith(e) for l, e in zip(lines, expected)), lines)
