@@ -1282,9 +1282,9 @@ private:
             {
                 Store(kDst, kRule.Any(kSrc, kUnder));
             }
-            else if (!kRule.Nothing(kSrc))
+            else if (!OverRule::Nothing(kSrc))
             {
-                Store(kDst, kRule.Opaque(kSrc, kUnder));
+                Store(kDst, OverRule::Opaque(kSrc, kUnder));
             }
             kDst += LANES;
         }

@@ -145,8 +145,9 @@ KANVO_INLINE void HalveRow(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine& kLine
     InEights(uiCount,
              [=](Tov_UInt uiFirst)
              {
-                 const __m256 kLow  = _mm256_castsi256_ps(Load(kRow + 2 * uiFirst));
-                 const __m256 kHigh = _mm256_castsi256_ps(Load(kRow + 2 * uiFirst + 7));  // ends with the last sample
+                 const __m256 kLow = _mm256_castsi256_ps(Load(kRow + std::size_t{2} * uiFirst));
+                 const __m256 kHigh =
+                     _mm256_castsi256_ps(Load(kRow + std::size_t{2} * uiFirst + 7));  // ends with the last sample
                  const Pixels kBoth = _mm256_castps_si256(_mm256_shuffle_ps(kLow, kHigh, _MM_SHUFFLE(3, 1, 2, 0)));
                  Store(kTo + uiFirst, _mm256_or_si256(InOrder(kBoth), kSet));
              });
@@ -292,8 +293,8 @@ KANVO_INLINE void FilterHalvedRow(Kanvo_PixelARGB32* kTo, const Kanvo_SampleLine
     InEights(uiCount,
              [&](Tov_UInt uiFirst)  // by value gcc would take the weights through memory, eight bytes at a time
              {
-                 const Kanvo_PixelARGB32* const kAbove = kTop + 2 * uiFirst;
-                 const Kanvo_PixelARGB32* const kBelow = kBottom + 2 * uiFirst;
+                 const Kanvo_PixelARGB32* const kAbove = kTop + std::size_t{2} * uiFirst;
+                 const Kanvo_PixelARGB32* const kBelow = kBottom + std::size_t{2} * uiFirst;
                  const Pairs                    kUpper{Beside(Load(kAbove)), Beside(Load(kAbove + LANES))};
                  const Pairs                    kLower{Beside(Load(kBelow)), Beside(Load(kBelow + LANES))};
                  const Pixels                   kMixed = MixBlocks(kUpper, kLower, kNegativeX, kWeightsY);
