@@ -1202,7 +1202,7 @@ TEST(RotBlitGeometry, AHairIsSampledInsideHoweverLongItIs)
 TEST(RotBlitGeometry, DrawnInBandsOfRowsOrCutOnTheRightItIsDrawnWhole)
 {
     // Rows and right ends are chosen from what the whole draw does: not a bit is another one.
-    const Seeds   seeds(100000);
+    const Seeds   seeds(support::CasesOf(100000));
     Field         field(WIDE_FIELD, HIGH_FIELD);
     std::uint64_t pixels = 0;
     for (std::uint64_t index = 0; index < seeds.count; ++index)
@@ -1243,7 +1243,7 @@ TEST(RotBlitGeometry, DrawnInBandsOfRowsOrCutOnTheRightItIsDrawnWhole)
 
 TEST(RotBlitGeometry, ByZeroDegreesUnstretchedItEqualsTheUnscaledBlit)
 {
-    const Seeds                        seeds(100000);
+    const Seeds                        seeds(support::CasesOf(100000));
     std::array<std::uint32_t, 16 * 16> pixels{};
     std::array<std::uint32_t, 24 * 18> turned{};
     std::array<std::uint32_t, 24 * 18> plain{};
@@ -1285,7 +1285,7 @@ TEST(RotBlitGeometry, ByZeroDegreesUnstretchedItEqualsTheUnscaledBlit)
 
 TEST(RotBlitGeometry, QuarterTurnsAndMirrorsPermuteThePixels)
 {
-    const Seeds                        seeds(100000);
+    const Seeds                        seeds(support::CasesOf(100000));
     std::array<std::uint32_t, 12 * 12> pixels{};
     std::array<std::uint32_t, 24 * 18> drawn{};
     Dice(2).Fill(pixels.data(), sizeof pixels);
@@ -1426,7 +1426,7 @@ constexpr double NEAR_OUTLINE = 1.0 / 512;
 TEST(RotBlitGeometry, APixelIsDrawnWhereItsCentreLiesInside)
 {
     constexpr unsigned WIDTH = 96, HEIGHT = 72;
-    const Seeds        seeds(100000);
+    const Seeds        seeds(support::CasesOf(100000));
     Field              field(WIDTH, HEIGHT);
     Silhouette         silhouette(WIDTH, HEIGHT);
     std::uint64_t      pixels    = 0;
@@ -1471,7 +1471,7 @@ TEST(RotBlitGeometry, APixelIsDrawnWhereItsCentreLiesInside)
 TEST(RotBlitGeometry, PartsThatAbutNeitherOverlapNorLeaveAGap)
 {
     constexpr unsigned WIDTH = 96, HEIGHT = 72;
-    const Seeds        seeds(100000);
+    const Seeds        seeds(support::CasesOf(100000));
     Field              field(WIDTH, HEIGHT);
     Silhouette         whole(WIDTH, HEIGHT);
     Silhouette         parts(WIDTH, HEIGHT);

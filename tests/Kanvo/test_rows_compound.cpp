@@ -178,8 +178,8 @@ template <class Unit, class DrawTokens>
 std::string RunTokens(Memory& memory, std::uint64_t seed, DrawTokens draw)
 {
     Dice           dice(seed);
-    const unsigned width = 1 + dice.Below(dice.OneIn(4) ? 300 : 40), height = 1 + dice.Below(8);
-    const unsigned skip = dice.OneIn(2) ? 0 : dice.Below(30), colors = 1 + dice.Below(dice.OneIn(4) ? 256 : 8);
+    const unsigned width = 1 + dice.Below(dice.OneIn(16) ? 300 : 30), height = 1 + dice.Below(4);
+    const unsigned skip = dice.OneIn(2) ? 0 : dice.Below(30), colors = 1 + dice.Below(dice.OneIn(16) ? 256 : 8);
     unsigned       pixels = (width + skip) * height;
     if (dice.OneIn(8)) pixels = dice.Below(pixels + 1);  // an early end
 
@@ -234,7 +234,7 @@ namespace
 //! A body of a level's own is compared as often as every row function is; the portable one is what all others draw by.
 support::Seeds SeedsOf(Kanvo_Level level)
 {
-    return support::Seeds(level == KL_PORTABLE ? 100000 : 2000000);
+    return support::Seeds(support::CasesOf(level == KL_PORTABLE ? 100000 : 2000000));
 }
 
 }  // namespace
